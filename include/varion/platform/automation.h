@@ -1,0 +1,346 @@
+// OLE Automation types and services.
+//
+// On Windows these come from the system (oleauto.h, oleaut32). Elsewhere varion
+// supplies stand-ins with the same names, signatures and ownership rules:
+//   - BSTR: a length-prefixed UTF-16 string made and freed only by the
+//     SysAllocString family; a null BSTR reads as the empty string.
+//   - VARIANT: 16 bytes; type code, three reserved words, an 8-byte value.
+//     VariantClear releases a held string or array and leaves VT_EMPTY.
+//   - SAFEARRAY: a descriptor with its element block. Bounds are kept least
+//     significant dimension first in rgsabound (rgsabound[0] varies fastest);
+//     SafeArrayCreate takes its bound list most significant first; element
+//     index vectors are least significant first.
+#pragma once
+
+#include <varion/export.h>
+
+#if defined(_WIN32)
+#  ifndef NOMINMAX
+#    define NOMINMAX
+#  endif
+#  include <windows.h>
+#  include <oleauto.h>
+#else
+
+#include <cstddef>
+#include <cstdint>
+
+// ---------------------------------------------------------------------------
+// Scalar types
+// ---------------------------------------------------------------------------
+typedef char16_t OLECHAR;
+typedef OLECHAR* BSTR;
+typedef OLECHAR* LPOLESTR;
+typedef const OLECHAR* LPCOLESTR;
+typedef std::uint8_t BYTE;
+typedef std::uint16_t WORD;
+typedef std::uint32_t DWORD;
+typedef std::int16_t SHORT;
+typedef std::uint16_t USHORT;
+typedef std::int32_t LONG;
+typedef std::uint32_t ULONG;
+typedef std::int32_t INT;
+typedef std::uint32_t UINT;
+typedef long long LONGLONG;
+typedef unsigned long long ULONGLONG;
+typedef signed char CHAR;
+typedef float FLOAT;
+typedef double DOUBLE;
+typedef double DATE;
+typedef std::int32_t BOOL;
+typedef std::int32_t HRESULT;
+typedef std::int32_t SCODE;
+typedef std::uint32_t LCID;
+typedef std::uint16_t VARTYPE;
+typedef std::int16_t VARIANT_BOOL;
+typedef void* PVOID;
+
+/// Builds an OLECHAR string literal: OLESTR("abc").
+#define OLESTR(str) u##str
+
+#ifndef TRUE
+#  define TRUE 1
+#endif
+#ifndef FALSE
+#  define FALSE 0
+#endif
+
+#define VARIANT_TRUE ((VARIANT_BOOL)-1)
+#define VARIANT_FALSE ((VARIANT_BOOL)0)
+
+// ---------------------------------------------------------------------------
+// Result codes
+// ---------------------------------------------------------------------------
+#define SUCCEEDED(hr) (((HRESULT)(hr)) >= 0)
+#define FAILED(hr) (((HRESULT)(hr)) < 0)
+
+constexpr HRESULT S_OK = 0;
+constexpr HRESULT S_FALSE = 1;
+constexpr HRESULT E_NOTIMPL = static_cast<HRESULT>(0x80004001u);
+constexpr HRESULT E_POINTER = static_cast<HRESULT>(0x80004003u);
+constexpr HRESULT E_FAIL = static_cast<HRESULT>(0x80004005u);
+constexpr HRESULT E_UNEXPECTED = static_cast<HRESULT>(0x8000FFFFu);
+constexpr HRESULT E_OUTOFMEMORY = static_cast<HRESULT>(0x8007000Eu);
+constexpr HRESULT E_INVALIDARG = static_cast<HRESULT>(0x80070057u);
+constexpr HRESULT DISP_E_TYPEMISMATCH = static_cast<HRESULT>(0x80020005u);
+constexpr HRESULT DISP_E_BADVARTYPE = static_cast<HRESULT>(0x80020008u);
+constexpr HRESULT DISP_E_OVERFLOW = static_cast<HRESULT>(0x8002000Au);
+constexpr HRESULT DISP_E_BADINDEX = static_cast<HRESULT>(0x8002000Bu);
+constexpr HRESULT DISP_E_ARRAYISLOCKED = static_cast<HRESULT>(0x8002000Du);
+
+// ---------------------------------------------------------------------------
+// Type codes
+// ---------------------------------------------------------------------------
+enum VARENUM : VARTYPE {
+    VT_EMPTY = 0,
+    VT_NULL = 1,
+    VT_I2 = 2,
+    VT_I4 = 3,
+    VT_R4 = 4,
+    VT_R8 = 5,
+    VT_CY = 6,
+    VT_DATE = 7,
+    VT_BSTR = 8,
+    VT_DISPATCH = 9,
+    VT_ERROR = 10,
+    VT_BOOL = 11,
+    VT_VARIANT = 12,
+    VT_UNKNOWN = 13,
+    VT_DECIMAL = 14,
+    VT_I1 = 16,
+    VT_UI1 = 17,
+    VT_UI2 = 18,
+    VT_UI4 = 19,
+    VT_I8 = 20,
+    VT_UI8 = 21,
+    VT_INT = 22,
+    VT_UINT = 23,
+    VT_VOID = 24,
+    VT_HRESULT = 25,
+    VT_PTR = 26,
+    VT_SAFEARRAY = 27,
+    VT_CARRAY = 28,
+    VT_USERDEFINED = 29,
+    VT_LPSTR = 30,
+    VT_LPWSTR = 31,
+    VT_RECORD = 36,
+    VT_INT_PTR = 37,
+    VT_UINT_PTR = 38,
+    VT_FILETIME = 64,
+    VT_BLOB = 65,
+    VT_STREAM = 66,
+    VT_STORAGE = 67,
+    VT_STREAMED_OBJECT = 68,
+    VT_STORED_OBJECT = 69,
+    VT_BLOB_OBJECT = 70,
+    VT_CF = 71,
+    VT_CLSID = 72,
+    VT_VERSIONED_STREAM = 73,
+    VT_BSTR_BLOB = 0x0fff,
+    VT_VECTOR = 0x1000,
+    VT_ARRAY = 0x2000,
+    VT_BYREF = 0x4000,
+    VT_RESERVED = 0x8000,
+    VT_ILLEGAL = 0xffff,
+    VT_ILLEGALMASKED = 0x0fff,
+    VT_TYPEMASK = 0x0fff
+};
+
+// ---------------------------------------------------------------------------
+// Interfaces: only what a VARIANT needs to carry and release a pointer.
+// ---------------------------------------------------------------------------
+struct GUID {
+    std::uint32_t Data1;
+    std::uint16_t Data2;
+    std::uint16_t Data3;
+    std::uint8_t Data4[8];
+};
+typedef GUID IID;
+
+struct IUnknown {
+    virtual HRESULT QueryInterface(const IID& riid, void** ppvObject) = 0;
+    virtual ULONG AddRef() = 0;
+    virtual ULONG Release() = 0;
+
+protected:
+    ~IUnknown() = default;
+};
+struct IDispatch : IUnknown {
+protected:
+    ~IDispatch() = default;
+};
+
+// ---------------------------------------------------------------------------
+// SAFEARRAY
+// ---------------------------------------------------------------------------
+struct SAFEARRAYBOUND {
+    ULONG cElements;
+    LONG lLbound;
+};
+typedef SAFEARRAYBOUND* LPSAFEARRAYBOUND;
+
+struct SAFEARRAY {
+    USHORT cDims;
+    USHORT fFeatures;
+    ULONG cbElements;
+    ULONG cLocks;
+    PVOID pvData;
+    SAFEARRAYBOUND rgsabound[1];
+};
+typedef SAFEARRAY* LPSAFEARRAY;
+
+enum : USHORT {
+    FADF_AUTO = 0x0001,
+    FADF_STATIC = 0x0002,
+    FADF_EMBEDDED = 0x0004,
+    FADF_FIXEDSIZE = 0x0010,
+    FADF_RECORD = 0x0020,
+    FADF_HAVEIID = 0x0040,
+    FADF_HAVEVARTYPE = 0x0080,
+    FADF_BSTR = 0x0100,
+    FADF_UNKNOWN = 0x0200,
+    FADF_DISPATCH = 0x0400,
+    FADF_VARIANT = 0x0800,
+    FADF_RESERVED = 0xF008
+};
+
+// ---------------------------------------------------------------------------
+// VARIANT
+// ---------------------------------------------------------------------------
+struct tagVARIANT;
+typedef tagVARIANT VARIANT;
+typedef tagVARIANT VARIANTARG;
+
+struct tagVARIANT {
+    VARTYPE vt;
+    WORD wReserved1;
+    WORD wReserved2;
+    WORD wReserved3;
+    union {
+        LONGLONG llVal;
+        LONG lVal;
+        BYTE bVal;
+        SHORT iVal;
+        FLOAT fltVal;
+        DOUBLE dblVal;
+        VARIANT_BOOL boolVal;
+        SCODE scode;
+        LONGLONG cyVal;
+        DATE date;
+        BSTR bstrVal;
+        IUnknown* punkVal;
+        IDispatch* pdispVal;
+        SAFEARRAY* parray;
+        BYTE* pbVal;
+        SHORT* piVal;
+        LONG* plVal;
+        LONGLONG* pllVal;
+        FLOAT* pfltVal;
+        DOUBLE* pdblVal;
+        VARIANT_BOOL* pboolVal;
+        SCODE* pscode;
+        DATE* pdate;
+        BSTR* pbstrVal;
+        IUnknown** ppunkVal;
+        IDispatch** ppdispVal;
+        SAFEARRAY** pparray;
+        VARIANT* pvarVal;
+        PVOID byref;
+        CHAR cVal;
+        USHORT uiVal;
+        ULONG ulVal;
+        ULONGLONG ullVal;
+        INT intVal;
+        UINT uintVal;
+        CHAR* pcVal;
+        USHORT* puiVal;
+        ULONG* pulVal;
+        ULONGLONG* pullVal;
+        INT* pintVal;
+        UINT* puintVal;
+    };
+};
+
+static_assert(sizeof(VARIANT) == 16, "VARIANT is 16 bytes");
+static_assert(offsetof(VARIANT, llVal) == 8, "the value field starts at byte 8");
+
+// ---------------------------------------------------------------------------
+// Date services
+// ---------------------------------------------------------------------------
+struct SYSTEMTIME {
+    WORD wYear;
+    WORD wMonth;
+    WORD wDayOfWeek;  // 0 = Sunday
+    WORD wDay;
+    WORD wHour;
+    WORD wMinute;
+    WORD wSecond;
+    WORD wMilliseconds;
+};
+typedef SYSTEMTIME* LPSYSTEMTIME;
+
+struct UDATE {
+    SYSTEMTIME st;
+    USHORT wDayOfYear;  // 1 to 366
+};
+
+constexpr LCID LOCALE_SYSTEM_DEFAULT = 0x0800;
+constexpr LCID LOCALE_USER_DEFAULT = 0x0400;
+constexpr LCID LOCALE_INVARIANT = 0x007F;
+constexpr ULONG LOCALE_NOUSEROVERRIDE = 0x80000000u;
+constexpr ULONG VAR_TIMEVALUEONLY = 0x00000001u;
+constexpr ULONG VAR_DATEVALUEONLY = 0x00000002u;
+constexpr USHORT VARIANT_NOVALUEPROP = 0x01;
+constexpr USHORT VARIANT_ALPHABOOL = 0x02;
+constexpr USHORT VARIANT_NOUSEROVERRIDE = 0x04;
+constexpr USHORT VARIANT_LOCALBOOL = 0x10;
+
+// ---------------------------------------------------------------------------
+// Services
+// ---------------------------------------------------------------------------
+extern "C" {
+
+// Strings. The SysAlloc family returns null when it cannot allocate (and
+// SysAllocString returns null for a null argument).
+VARION_API BSTR SysAllocString(const OLECHAR* psz);
+VARION_API BSTR SysAllocStringLen(const OLECHAR* strIn, UINT ui);
+VARION_API BSTR SysAllocStringByteLen(const char* psz, UINT len);
+VARION_API void SysFreeString(BSTR bstrString);
+VARION_API UINT SysStringLen(BSTR pbstr);
+VARION_API UINT SysStringByteLen(BSTR bstr);
+
+// Variants.
+VARION_API void VariantInit(VARIANTARG* pvarg);
+VARION_API HRESULT VariantClear(VARIANTARG* pvarg);
+VARION_API HRESULT VariantCopy(VARIANTARG* pvargDest, const VARIANTARG* pvargSrc);
+VARION_API HRESULT VariantCopyInd(VARIANT* pvarDest, const VARIANTARG* pvargSrc);
+VARION_API HRESULT VariantChangeType(VARIANTARG* pvargDest, const VARIANTARG* pvarSrc,
+                                     USHORT wFlags, VARTYPE vt);
+
+// Arrays.
+VARION_API SAFEARRAY* SafeArrayCreate(VARTYPE vt, UINT cDims, SAFEARRAYBOUND* rgsabound);
+VARION_API SAFEARRAY* SafeArrayCreateVector(VARTYPE vt, LONG lLbound, ULONG cElements);
+VARION_API HRESULT SafeArrayCopy(SAFEARRAY* psa, SAFEARRAY** ppsaOut);
+VARION_API HRESULT SafeArrayDestroy(SAFEARRAY* psa);
+VARION_API HRESULT SafeArrayRedim(SAFEARRAY* psa, SAFEARRAYBOUND* psaboundNew);
+VARION_API UINT SafeArrayGetDim(SAFEARRAY* psa);
+VARION_API UINT SafeArrayGetElemsize(SAFEARRAY* psa);
+VARION_API HRESULT SafeArrayGetElement(SAFEARRAY* psa, LONG* rgIndices, void* pv);
+VARION_API HRESULT SafeArrayPutElement(SAFEARRAY* psa, LONG* rgIndices, void* pv);
+VARION_API HRESULT SafeArrayPtrOfIndex(SAFEARRAY* psa, LONG* rgIndices, void** ppvData);
+VARION_API HRESULT SafeArrayGetLBound(SAFEARRAY* psa, UINT nDim, LONG* plLbound);
+VARION_API HRESULT SafeArrayGetUBound(SAFEARRAY* psa, UINT nDim, LONG* plUbound);
+VARION_API HRESULT SafeArrayGetVartype(SAFEARRAY* psa, VARTYPE* pvt);
+VARION_API HRESULT SafeArrayLock(SAFEARRAY* psa);
+VARION_API HRESULT SafeArrayUnlock(SAFEARRAY* psa);
+
+// Dates.
+VARION_API INT SystemTimeToVariantTime(LPSYSTEMTIME lpSystemTime, DOUBLE* pvtime);
+VARION_API INT VariantTimeToSystemTime(DOUBLE vtime, LPSYSTEMTIME lpSystemTime);
+VARION_API HRESULT VarUdateFromDate(DATE dateIn, ULONG dwFlags, UDATE* pudateOut);
+VARION_API HRESULT VarBstrFromDate(DATE dateIn, LCID lcid, ULONG dwFlags, BSTR* pbstrOut);
+VARION_API HRESULT VarDateFromStr(LPCOLESTR strIn, LCID lcid, ULONG dwFlags, DATE* pdateOut);
+
+}  // extern "C"
+
+#endif  // !_WIN32

@@ -1,0 +1,175 @@
+// CString: a UTF-16 string with the familiar MFC-style members, and CByteArray.
+//
+// Positions and counts are in UTF-16 code units. Out-of-range positions are
+// clamped, never undefined: Mid(100) of a short string is empty, Find from a
+// position past the end answers -1. Only running out of memory throws
+// (std::bad_alloc); varion's value class catches it at its own interface.
+#pragma once
+
+#include <varion/export.h>
+#include <varion/platform/automation.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// UTF-16 text as the standard library holds it.
+using OleString = std::basic_string<OLECHAR>;
+using OleStringView = std::basic_string_view<OLECHAR>;
+
+class VARION_API CString {
+public:
+    typedef OLECHAR XCHAR;
+
+    CString() noexcept = default;
+    CString(const CString&) = default;
+    CString(CString&&) noexcept = default;
+    CString& operator=(const CString&) = default;
+    CString& operator=(CString&&) noexcept = default;
+    ~CString() = default;
+
+    /// From a null-terminated UTF-16 text; a null pointer gives the empty string.
+    CString(const OLECHAR* text);
+    /// From the first `length` code units of `text` (null or negative length: empty).
+    CString(const OLECHAR* text, int length);
+    /// `repeat` copies of one code unit.
+    explicit CString(OLECHAR ch, int repeat = 1);
+#if !defined(_WIN32)
+    /// From a wide (UTF-32) text, converted to UTF-16; invalid code points become U+FFFD.
+    CString(const wchar_t* text);
+#endif
+    /// From a narrow UTF-8 text; invalid sequences become U+FFFD.
+    CString(const char* utf8);
+    /// From a UTF-16 view (may hold embedded zero code units).
+    explicit CString(OleStringView text);
+
+    CString& operator=(const OLECHAR* text);
+    CString& operator=(const char* utf8);
+#if !defined(_WIN32)
+    CString& operator=(const wchar_t* text);
+#endif
+
+    // -- Size and access ----------------------------------------------------
+    int GetLength() const noexcept { return static_cast<int>(m_str.size()); }
+    bool IsEmpty() const noexcept { return m_str.empty(); }
+    void Empty() noexcept { m_str.clear(); }
+    /// The code unit at `index`, or 0 when `index` is out of range.
+    OLECHAR GetAt(int index) const noexcept;
+    OLECHAR operator[](int index) const noexcept { return GetAt(index); }
+    /// Replaces the code unit at `index`; out of range does nothing.
+    void SetAt(int index, OLECHAR ch) noexcept;
+    /// The text, always null-terminated.
+    const OLECHAR* GetString() const noexcept { return m_str.c_str(); }
+    operator const OLECHAR*() const noexcept { return m_str.c_str(); }
+    /// The text as a view (embedded zero code units included).
+    OleStringView View() const noexcept { return m_str; }
+    /// The text as UTF-8 (lone surrogates become U+FFFD).
+    std::string ToUtf8() const;
+
+    // -- Concatenation --------------------------------------------------------
+    CString& operator+=(const CString& other);
+    CString& operator+=(const OLECHAR* text);
+    CString& operator+=(OLECHAR ch);
+    CString& Append(const OLECHAR* text, int length);
+    CString& Append(OleStringView text);
+    friend VARION_API CString operator+(const CString& a, const CString& b);
+    friend VARION_API CString operator+(const CString& a, const OLECHAR* b);
+    friend VARION_API CString operator+(const OLECHAR* a, const CString& b);
+    friend VARION_API CString operator+(const CString& a, OLECHAR b);
+
+    // -- Comparison (ordinal, by code unit) ----------------------------------
+    /// Negative, zero or positive as this text sorts before, equal to or after `text`.
+    int Compare(const OLECHAR* text) const noexcept;
+    /// As Compare, with ASCII letters folded to upper case.
+    int CompareNoCase(const OLECHAR* text) const noexcept;
+    friend bool operator==(const CString& a, const CString& b) noexcept { return a.m_str == b.m_str; }
+    friend bool operator!=(const CString& a, const CString& b) noexcept { return a.m_str != b.m_str; }
+    friend bool operator<(const CString& a, const CString& b) noexcept { return a.m_str < b.m_str; }
+    friend bool operator==(const CString& a, const OLECHAR* b) noexcept { return a.Compare(b) == 0; }
+    friend bool operator!=(const CString& a, const OLECHAR* b) noexcept { return a.Compare(b) != 0; }
+
+    // -- Search ---------------------------------------------------------------
+    /// Index of the first `ch` at or after `start`, or -1.
+    int Find(OLECHAR ch, int start = 0) const noexcept;
+    /// Index of the first occurrence of `sub` at or after `start`, or -1 (an empty `sub` answers `start` when in range).
+    int Find(const OLECHAR* sub, int start = 0) const noexcept;
+    /// Index of the last `ch`, or -1.
+    int ReverseFind(OLECHAR ch) const noexcept;
+    /// Index of the first code unit that is one of `chars`, or -1.
+    int FindOneOf(const OLECHAR* chars) const noexcept;
+
+    // -- Extraction -----------------------------------------------------------
+    CString Mid(int first) const;
+    CString Mid(int first, int count) const;
+    CString Left(int count) const;
+    CString Right(int count) const;
+    /// The next token delimited by any of `delimiters`, starting at `start`, which
+    /// moves past the token. Leading delimiters are skipped. When no token is left,
+    /// answers the empty string and sets `start` to -1.
+    CString Tokenize(const OLECHAR* delimiters, int& start) const;
+
+    // -- Modification ---------------------------------------------------------
+    /// Replaces every `oldCh` by `newCh`; answers the count replaced.
+    int Replace(OLECHAR oldCh, OLECHAR newCh) noexcept;
+    /// Replaces every occurrence of `oldText` (non-empty) by `newText`; answers the count.
+    int Replace(const OLECHAR* oldText, const OLECHAR* newText);
+    /// Removes every `ch`; answers the count removed.
+    int Remove(OLECHAR ch) noexcept;
+    /// Inserts at `index` (clamped); answers the new length.
+    int Insert(int index, OLECHAR ch);
+    int Insert(int index, const OLECHAR* text);
+    /// Deletes `count` code units at `index` (clamped); answers the new length.
+    int Delete(int index, int count = 1) noexcept;
+    /// Removes leading and trailing white space (space, tab, CR, LF, VT, FF and
+    /// the Unicode space characters).
+    CString& Trim() noexcept;
+    CString& TrimLeft() noexcept;
+    CString& TrimRight() noexcept;
+    /// Removes leading and trailing `ch`.
+    CString& Trim(OLECHAR ch) noexcept;
+    CString& TrimLeft(OLECHAR ch) noexcept;
+    CString& TrimRight(OLECHAR ch) noexcept;
+    /// ASCII and Latin-1 letters change case; others stay.
+    CString& MakeUpper() noexcept;
+    CString& MakeLower() noexcept;
+    CString& MakeReverse() noexcept;
+
+    /// A new BSTR holding this text (null when it cannot be allocated).
+    BSTR AllocSysString() const;
+
+    /// Whether `ch` counts as white space for Trim.
+    static bool IsSpace(OLECHAR ch) noexcept;
+
+private:
+    OleString m_str;
+};
+
+/// An array of bytes with MFC-style members.
+class VARION_API CByteArray {
+public:
+    CByteArray() = default;
+
+    long GetSize() const noexcept { return static_cast<long>(m_data.size()); }
+    long GetCount() const noexcept { return GetSize(); }
+    bool IsEmpty() const noexcept { return m_data.empty(); }
+    long GetUpperBound() const noexcept { return GetSize() - 1; }
+    /// Resizes; new bytes are zero. A negative size empties the array.
+    void SetSize(long newSize);
+    void RemoveAll() noexcept { m_data.clear(); }
+    /// The byte at `index`, or 0 when out of range.
+    BYTE GetAt(long index) const noexcept;
+    /// Replaces the byte at `index`; out of range does nothing.
+    void SetAt(long index, BYTE value) noexcept;
+    BYTE& ElementAt(long index) { return m_data.at(static_cast<std::size_t>(index)); }
+    BYTE operator[](long index) const noexcept { return GetAt(index); }
+    BYTE& operator[](long index) { return ElementAt(index); }
+    /// Appends one byte; answers its index.
+    long Add(BYTE value);
+    BYTE* GetData() noexcept { return m_data.data(); }
+    const BYTE* GetData() const noexcept { return m_data.data(); }
+    void Copy(const CByteArray& src) { m_data = src.m_data; }
+    long Append(const CByteArray& src);
+
+private:
+    std::vector<BYTE> m_data;
+};

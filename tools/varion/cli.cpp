@@ -1,0 +1,158 @@
+#include "cli.h"
+
+#include <charconv>
+#include <cstdio>
+#include <cstring>
+
+namespace cli {
+namespace {
+
+struct TypeNameRow {
+    VARTYPE code;
+    const char* name;
+};
+
+// clang-format off
+constexpr TypeNameRow kTypeNames[] = {
+    {VT_EMPTY, "VT_EMPTY"}, {VT_NULL, "VT_NULL"}, {VT_I2, "VT_I2"}, {VT_I4, "VT_I4"},
+    {VT_R4, "VT_R4"}, {VT_R8, "VT_R8"}, {VT_CY, "VT_CY"}, {VT_DATE, "VT_DATE"},
+    {VT_BSTR, "VT_BSTR"}, {VT_DISPATCH, "VT_DISPATCH"}, {VT_ERROR, "VT_ERROR"}, {VT_BOOL, "VT_BOOL"},
+    {VT_VARIANT, "VT_VARIANT"}, {VT_UNKNOWN, "VT_UNKNOWN"}, {VT_DECIMAL, "VT_DECIMAL"},
+    {VT_I1, "VT_I1"}, {VT_UI1, "VT_UI1"}, {VT_UI2, "VT_UI2"}, {VT_UI4, "VT_UI4"},
+    {VT_I8, "VT_I8"}, {VT_UI8, "VT_UI8"}, {VT_INT, "VT_INT"}, {VT_UINT, "VT_UINT"},
+    {VTX_DURATION, "VTX_DURATION"}, {VTX_DURATION_MSF, "VTX_DURATION_MSF"},
+    {VTX_DATETIME_ALT, "VTX_DATETIME_ALT"}, {VTX_DATETIME, "VTX_DATETIME"},
+    {VTX_ISO_DURATION, "VTX_ISO_DURATION"}, {VTX_ISO_DATETIME, "VTX_ISO_DATETIME"},
+};
+// clang-format on
+
+std::string Upper(std::string_view s) {
+    std::string r(s);
+    for (char& c : r)
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    return r;
+}
+
+std::optional<VARTYPE> ScalarType(std::string_view name) {
+    const std::string upper = Upper(name);
+    for (const TypeNameRow& row : kTypeNames) {
+        const std::string_view full(row.name);
+        const std::string_view shortName = full.substr(full.find('_') + 1);
+        if (upper == full || upper == shortName) return row.code;
+    }
+    // Numbers: decimal or 0x hexadecimal.
+    unsigned value = 0;
+    const char* first = upper.data();
+    const char* last = upper.data() + upper.size();
+    int base = 10;
+    if (upper.size() > 2 && upper[0] == '0' && upper[1] == 'X') {
+        first += 2;
+        base = 16;
+    }
+    const auto [ptr, ec] = std::from_chars(first, last, value, base);
+    if (ec != std::errc() || ptr != last || first == last || value > 0xFFFF) return std::nullopt;
+    return static_cast<VARTYPE>(value);
+}
+
+std::string FloatText(double x) {
+    char buf[64];
+    const auto r = std::to_chars(buf, buf + sizeof(buf), x);
+    return std::string(buf, r.ptr);
+}
+
+}  // namespace
+
+Args::Args(int argc, char** argv, int first) {
+    for (int i = first; i < argc; ++i) {
+        const std::string_view a(argv[i]);
+        if (a.size() > 2 && a.substr(0, 2) == "--") {
+            const std::string name(a.substr(2));
+            if (i + 1 < argc && std::strncmp(argv[i + 1], "--", 2) != 0)
+                m_options.emplace_back(name, std::string(argv[++i]));
+            else
+                m_options.emplace_back(name, std::nullopt);
+        } else {
+            m_positionals.emplace_back(a);
+        }
+    }
+}
+
+std::optional<std::string> Args::Option(std::string_view name) const {
+    for (const auto& [n, v] : m_options)
+        if (n == name) return v;
+    return std::nullopt;
+}
+
+bool Args::Flag(std::string_view name) const {
+    for (const auto& [n, v] : m_options)
+        if (n == name) return true;
+    return false;
+}
+
+std::optional<std::string> Args::Unknown(const std::vector<std::string_view>& known) const {
+    for (const auto& [n, v] : m_options) {
+        bool found = false;
+        for (std::string_view k : known) found = found || n == k;
+        if (!found) return "--" + n;
+    }
+    return std::nullopt;
+}
+
+std::optional<VARTYPE> ParseType(std::string_view name) {
+    const std::string upper = Upper(name);
+    constexpr std::string_view suffix = "_ARRAY";
+    if (upper.size() > suffix.size() && upper.compare(upper.size() - suffix.size(), suffix.size(), suffix) == 0) {
+        const auto element = ScalarType(std::string_view(upper).substr(0, upper.size() - suffix.size()));
+        if (!element || (*element & VT_ARRAY)) return std::nullopt;
+        return static_cast<VARTYPE>(*element | VT_ARRAY);
+    }
+    return ScalarType(upper);
+}
+
+std::string TypeName(VARTYPE type) {
+    const VARTYPE base = type & static_cast<VARTYPE>(~(VT_ARRAY | VT_BYREF));
+    std::string name;
+    for (const TypeNameRow& row : kTypeNames)
+        if (row.code == base) name = row.name;
+    if (name.empty()) name = std::to_string(base);
+    if (type & VT_ARRAY) name += "|VT_ARRAY";
+    if (type & VT_BYREF) name += "|VT_BYREF";
+    return name;
+}
+
+std::string ResultName(long code) {
+    switch (code) {
+    case RC_OK: return "RC_OK";
+    case RC_NOT_APPLICABLE: return "RC_NOT_APPLICABLE";
+    case RC_NOT_CONVERTIBLE: return "RC_NOT_CONVERTIBLE";
+    case RC_ABOVE_MAX: return "RC_ABOVE_MAX";
+    case RC_BELOW_MIN: return "RC_BELOW_MIN";
+    default: return "RC_" + std::to_string(code);
+    }
+}
+
+std::string ValueText(const CVarion& value) {
+    switch (value.GetType()) {
+    case VT_EMPTY: return "";
+    case VT_I1: return std::to_string(static_cast<int>(static_cast<char>(value)));
+    case VT_UI1: return std::to_string(static_cast<unsigned>(static_cast<unsigned char>(value)));
+    case VT_I2: case VT_I4: case VT_I8: return std::to_string(static_cast<LONGLONG>(value));
+    case VT_UI2: case VT_UI4: case VT_UI8: return std::to_string(static_cast<ULONGLONG>(value));
+    case VT_R4: return FloatText(static_cast<double>(static_cast<float>(value)));
+    case VT_R8: return FloatText(static_cast<double>(value));
+    case VT_BOOL: return static_cast<int>(value) ? "true" : "false";
+    default: return static_cast<CString>(value).ToUtf8();
+    }
+}
+
+void PrintResult(const CVarion& value, long code) {
+    std::printf("type:  %s (%u)\nvalue: %s\ncode:  %s (%ld)\n", TypeName(value.GetType()).c_str(),
+                static_cast<unsigned>(value.GetType()), ValueText(value).c_str(), ResultName(code).c_str(), code);
+}
+
+int Usage(const std::string& message) {
+    std::fprintf(stderr, "varion: %s\n", message.c_str());
+    return kUsage;
+}
+
+}  // namespace cli
