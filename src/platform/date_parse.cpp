@@ -15,7 +15,7 @@
 //                   date ("Tuesday, November 17, 2026"); it must be the date's.
 //   time            H:mm or H:mm:ss, 24-hour, or 12-hour with an AM/PM
 //                   designator (the locale's or AM/PM) before or after it.
-//   date and time   separated by blanks, or by T after a numeric date.
+//   date and time   separated by blanks, or by T after a year-first date.
 // Surrounding blanks are ignored. Everything else, and every date or time
 // that does not exist (31.02.2026, 25:00), is rejected: the parser never
 // guesses a year, a century or a field order.
@@ -131,7 +131,8 @@ int WeekdayName(const Scanner& s, std::size_t& pos, const LocaleInfo& locale) no
     return day >= 0 ? day : s.Name(pos, InvariantLocale().names->days, InvariantLocale().names->daysShort);
 }
 
-bool NumericDate(const Scanner& s, std::size_t& pos, const LocaleInfo& locale, Date& date) noexcept {
+// `yearFirst` tells an ISO-like date (2026-11-17), which may be joined to its time by T.
+bool NumericDate(const Scanner& s, std::size_t& pos, const LocaleInfo& locale, Date& date, bool& yearFirst) noexcept {
     std::size_t p = pos;
     int n[3], digits[3];
     if (!s.Number(p, 4, n[0], digits[0])) return false;
@@ -141,7 +142,8 @@ bool NumericDate(const Scanner& s, std::size_t& pos, const LocaleInfo& locale, D
     if (!s.Number(p, 2, n[1], digits[1]) || s.At(p) != separator) return false;
     ++p;
     if (!s.Number(p, 4, n[2], digits[2])) return false;
-    if (digits[0] >= 3) {
+    yearFirst = digits[0] >= 3;
+    if (yearFirst) {
         if (digits[2] > 2) return false;
         date = {n[0], n[1], n[2]};
     } else {
@@ -211,7 +213,8 @@ bool Body(const Scanner& s, std::size_t pos, const LocaleInfo& locale, bool& has
     dayNumber = 0;
     secondOfDay = 0;
     std::size_t p = pos;
-    bool numeric = NumericDate(s, p, locale, date);
+    bool yearFirst = false;
+    const bool numeric = NumericDate(s, p, locale, date, yearFirst);
     if (!numeric) p = pos;
     if (numeric || WrittenDate(s, p, locale, date)) {
         if (date.year < kFirstYear || date.year > kLastYear || date.day < 1 ||
@@ -220,7 +223,7 @@ bool Body(const Scanner& s, std::size_t pos, const LocaleInfo& locale, bool& has
         hasDate = true;
         dayNumber = DayFromCivil(date.year, date.month, date.day);
         if (p == s.Size()) return true;
-        if (numeric && (s.At(p) == 'T' || s.At(p) == 't') && IsDigit(s.At(p + 1))) {
+        if (numeric && yearFirst && (s.At(p) == 'T' || s.At(p) == 't') && IsDigit(s.At(p + 1))) {
             ++p;
         } else {
             const std::size_t q = s.SkipBlanks(p);
