@@ -6,9 +6,8 @@
 
 #include "units/unit_table.h"
 
+namespace varion::detail {
 namespace {
-
-using varion::detail::UnitRow;
 
 // The temperature scales that convert by formula, each under its HART and
 // its fieldbus code. The constants are part of the conversion's definition:
@@ -36,10 +35,10 @@ const TemperatureScale* ScaleOf(int code) noexcept {
     return nullptr;
 }
 
-// v converted between two rows of the same group and kind, in place.
-// Answers RC_OK, or RC_UNIT_NOT_CONVERTIBLE with v unchanged.
-long ConvertWithin(const UnitRow& from, const UnitRow& to, double& v) noexcept {
-    if (from.kind == varion::detail::kTemperatureKind) {
+}  // namespace
+
+long ConvertBetweenRows(const UnitRow& from, const UnitRow& to, double& v) noexcept {
+    if (from.kind == kTemperatureKind) {
         const TemperatureScale* a = ScaleOf(from.code);
         const TemperatureScale* b = ScaleOf(to.code);
         if (a == nullptr || b == nullptr) return RC_UNIT_NOT_CONVERTIBLE;
@@ -52,9 +51,12 @@ long ConvertWithin(const UnitRow& from, const UnitRow& to, double& v) noexcept {
     return RC_OK;
 }
 
-}  // namespace
+}  // namespace varion::detail
 
 long CVarion::UnitConvert(short from, short to, CVarion* result) const noexcept {
+    using varion::detail::FindUnit;
+    using varion::detail::UnitRow;
+
     if (m_v.vt == VT_EMPTY || result == nullptr || from == -1) return RC_NOT_CONVERTIBLE;
     // Read before the result is written: it may be this value.
     const VARTYPE sourceType = m_v.vt;
@@ -68,16 +70,16 @@ long CVarion::UnitConvert(short from, short to, CVarion* result) const noexcept 
         *result = CVarion(value);
         return RC_UNIT_NO_TARGET;
     }
-    const UnitRow* a = varion::detail::FindUnit(from);
-    const UnitRow* b = varion::detail::FindUnit(to);
+    const UnitRow* a = FindUnit(from);
+    const UnitRow* b = FindUnit(to);
     if (a == nullptr || b == nullptr) {
         *result = CVarion(value);
         return RC_UNIT_NOT_CONVERTIBLE;
     }
 
     double converted = value;
-    const long code =
-        a->kind == b->kind && a->group == b->group ? ConvertWithin(*a, *b, converted) : RC_UNIT_NOT_CONVERTIBLE;
+    long code = RC_UNIT_NOT_CONVERTIBLE;
+    if (a->kind == b->kind && a->group == b->group) code = varion::detail::ConvertBetweenRows(*a, *b, converted);
     *result = CVarion(converted);
     // Back into the source's type where the number fits it; otherwise the
     // result stays as that conversion leaves it.
