@@ -66,7 +66,7 @@ const char* Meaning(long code) {
 // Characters, not bytes, so that UTF-8 symbols line up.
 std::string Padded(const std::string& text, std::size_t width) {
     std::size_t chars = 0;
-    for (unsigned char c : text) chars += (c & 0xC0) != 0x80;
+    for (const char c : text) chars += (static_cast<unsigned char>(c) & 0xC0) != 0x80;
     return chars >= width ? text : text + std::string(width - chars, ' ');
 }
 
