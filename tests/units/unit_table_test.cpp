@@ -9,6 +9,7 @@
 
 #include <cmath>
 #include <filesystem>
+#include <iterator>
 #include <map>
 #include <set>
 #include <string>
