@@ -15,6 +15,8 @@ struct Command {
 constexpr Command kCommands[] = {
     {"convert", cli::Convert, "convert a value to another type"},
     {"demo", cli::Demo, "walk through the typical use of a parameter value"},
+    {"unit", cli::Unit, "convert a number between engineering unit codes"},
+    {"units", cli::Units, "list the engineering unit codes"},
 };
 
 void Help() {
