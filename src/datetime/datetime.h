@@ -40,6 +40,9 @@ struct DurationFieldSet {
 /// range saturates at its limit.
 LONGLONG RoundedCount(double days, double unitsPerDay) noexcept;
 
+/// A date-time less its millisecond (as DateTimeFields reads it): the whole
+/// second its calendar fields describe.
+double WithoutMillisecond(double value, long millisecond) noexcept;
 /// Splits a date-time: the millisecond m is the rounded count of milliseconds
 /// remainder 1,000 (with the count's sign, so it is zero or negative before
 /// 1899-12-30), the other fields are those of the value less m milliseconds,

@@ -32,11 +32,21 @@ LONGLONG RoundedCount(double days, double unitsPerDay) noexcept {
     return days < 0 ? -count : count;
 }
 
+double WithoutMillisecond(double value, long millisecond) noexcept {
+    // Before 1899-12-30 the time of day is the magnitude of the fraction, and
+    // a millisecond added to such a date (the field constructor, the text
+    // parser) makes the count read back as millisecond - 1000: taking off
+    // 1000 + millisecond gives back the whole second the value was built from.
+    // (1899, 12, 29, 6, 0, 0, 500) reads 06:00:00 with millisecond -500.
+    const long added = (value < 0 && millisecond < 0) ? 1000 + millisecond : millisecond;
+    return value - static_cast<double>(added) / kMillisecondsPerDay;
+}
+
 bool DateTimeFields(double value, DateTimeFieldSet& fields) noexcept {
     if (!std::isfinite(value)) return false;
     const long long millisecond = RoundedCount(value, kMillisecondsPerDay) % 1000;
     DateParts parts;
-    if (!SplitAutomationDate(value - static_cast<double>(millisecond) / kMillisecondsPerDay, parts)) return false;
+    if (!SplitAutomationDate(WithoutMillisecond(value, static_cast<long>(millisecond)), parts)) return false;
     fields.year = parts.year;
     fields.month = parts.month;
     fields.day = parts.day;

@@ -58,7 +58,7 @@ CString FormatDateTime(double value) {
     DateTimeFieldSet fields;
     if (!DateTimeFields(value, fields)) return CString();
     OLECHAR text[kDateTextCapacity + 4];
-    int length = FormatDateText(value - static_cast<double>(fields.millisecond) / kMillisecondsPerDay, UserLocale(),
+    int length = FormatDateText(WithoutMillisecond(value, fields.millisecond), UserLocale(),
                                 0, text);
     if (length < 0) return CString();
     if (fields.millisecond > 0) {

@@ -125,12 +125,13 @@ TEST(Fields, DateTimeConstructor) {
     EXPECT_EQ(leap.GetMillisecond(), 500);
     EXPECT_EQ(leap.GetSecond(), 0);
     EXPECT_EQ(leap.GetHour(), 12);
-    // Before 1899-12-30 the 500 ms move the time of day back to 05:59:59.500:
-    // the fields are that time without its milliseconds, and -500.
+    // Before 1899-12-30 the millisecond reads back negative, beside the
+    // whole second the value was built from.
     const CVarion early(1899, 12, 29, 6, 0, 0, 500, 0);
-    EXPECT_EQ(early.GetHour(), 5);
-    EXPECT_EQ(early.GetMinute(), 59);
-    EXPECT_EQ(early.GetSecond(), 59);
+    EXPECT_EQ(early.GetDay(), 29);
+    EXPECT_EQ(early.GetHour(), 6);
+    EXPECT_EQ(early.GetMinute(), 0);
+    EXPECT_EQ(early.GetSecond(), 0);
     EXPECT_EQ(early.GetMillisecond(), -500);
 }
 
@@ -216,22 +217,23 @@ TEST(Fields, DurationComponentsCarryTheSign) {
 }
 
 // 23:59:59.999 never becomes the next day, anywhere in the calendar range, and
-// every millisecond of a second reads back, up to the year 9999.
+// every millisecond of a second reads back beside its whole second, up to the
+// year 9999. Before day 0 a millisecond added to the whole second reads back
+// as millisecond - 1000.
 TEST(Fields, MillisecondEdge) {
     for (long long day = -657434; day <= 2958465; day += 997) {
         for (long long d : {day, -657434LL, -1LL, 0LL, 2958465LL}) {
-            DateTimeFieldSet f;
-            // Before day 0 the time of day is the magnitude of the fraction.
-            const double value = d >= 0 ? static_cast<double>(d) + 86399999 * kMs
-                                        : static_cast<double>(d) - 86399999 * kMs;
-            ASSERT_TRUE(DateTimeFields(value, f)) << d;
             DateTimeFieldSet midnight;
             ASSERT_TRUE(DateTimeFields(static_cast<double>(d), midnight));
+            double value = 0;
+            ASSERT_EQ(DateFromFields(midnight.year, midnight.month, midnight.day, 23, 59, 59, 999, value), 0);
+            DateTimeFieldSet f;
+            ASSERT_TRUE(DateTimeFields(value, f)) << d;
             ASSERT_EQ(f.day, midnight.day) << d;
             ASSERT_EQ(f.hour, 23) << d;
             ASSERT_EQ(f.minute, 59) << d;
             ASSERT_EQ(f.second, 59) << d;
-            ASSERT_EQ(f.millisecond, d >= 0 ? 999 : -999) << d;
+            ASSERT_EQ(f.millisecond, d >= 0 ? 999 : -1) << d;
         }
     }
     for (long year : {100L, 1899L, 1900L, 2026L, 5000L, 9999L}) {
@@ -239,14 +241,8 @@ TEST(Fields, MillisecondEdge) {
             const double value = Date(year, 12, 31, 23, 59, 59, ms);
             DateTimeFieldSet f;
             ASSERT_TRUE(DateTimeFields(value, f));
-            if (value < 0) {  // milliseconds go back in time before day 0
-                const long back = ms == 0 ? 0 : 1000 - ms;
-                ASSERT_EQ(f.second, ms == 0 ? 59 : 58) << year << " " << ms;
-                ASSERT_EQ(f.millisecond, -back) << year << " " << ms;
-            } else {
-                ASSERT_EQ(f.second, 59) << year << " " << ms;
-                ASSERT_EQ(f.millisecond, ms) << year << " " << ms;
-            }
+            ASSERT_EQ(f.second, 59) << year << " " << ms;
+            ASSERT_EQ(f.millisecond, (value < 0 && ms > 0) ? ms - 1000 : ms) << year << " " << ms;
             ASSERT_EQ(f.day, 31) << year << " " << ms;
         }
     }
