@@ -69,6 +69,8 @@ std::vector<ParseCase> ParseCases() {
         {".5", VT_I4, CVarion(1)},
         {"-0.5", VT_I4, CVarion(-1)},
         {"-0.4", VT_I4, CVarion(0)},
+        {"nan", VT_I4, CVarion(0)},  // a NaN passes the range check and gives 0
+        {"inf", VT_I4, kRefused},
         {"-0.4", VT_UI4, kRefused},
         {"126.5", VT_I1, CVarion(SC{127})},
         {"127.0", VT_I1, kRefused},
