@@ -48,5 +48,7 @@ int Usage(const std::string& message);
 // Subcommands: each answers an exit status.
 int Convert(const Args& args);
 int Demo(const Args& args);
+int Hex(const Args& args);
+int Record(const Args& args);
 
 }  // namespace cli

@@ -15,6 +15,8 @@ struct Command {
 constexpr Command kCommands[] = {
     {"convert", cli::Convert, "convert a value to another type"},
     {"demo", cli::Demo, "walk through the typical use of a parameter value"},
+    {"hex", cli::Hex, "write a value as hexadecimal digits, or read digits back"},
+    {"record", cli::Record, "write a value as a byte record, or read a record back"},
 };
 
 void Help() {
