@@ -247,7 +247,7 @@ long CVarion::SetTypeValue(const char* buffer) noexcept {
     // type reads the payload its code calls for.
     unsigned long long size = 0;
     if (const SizeRow* row = FindSize(type); row != nullptr) {
-        size = row->payload == Payload::Text ? (total > kHeader ? total - kHeader : 0) : PayloadBytes(row->payload);
+        size = row->payload == Payload::Text ? (total > kHeader ? total - kHeader : 0) : static_cast<unsigned long long>(PayloadBytes(row->payload));
     }
     if (!StoreRecord(*this, type, in + kHeader, size)) Clear();  // no string could be made
     return static_cast<long>(total);
