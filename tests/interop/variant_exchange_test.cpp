@@ -366,3 +366,47 @@ TEST(VariantExchange, Constructors) {
     VARIANT byRef = Make(VT_BYREF | VT_I2, 0);
     EXPECT_EQ(CVarion(byRef).GetType(), VT_EMPTY);
 }
+
+// Durations and ISO date-times have no VARIANT code: they leave as their text.
+TEST(VariantExchange, OwnCodesLeaveAsText) {
+    struct Case {
+        VARTYPE vt;
+        double days;
+        const char* text;
+    };
+    const Case cases[] = {
+        {VTX_DURATION, 1.5, "1 12:00:00"},
+        {VTX_DURATION_MSF, 0.5, "12:00:00"},
+        {VTX_ISO_DURATION, 1.0, "PT86400S"},
+        {VTX_ISO_DATETIME, 45000.5, "2023-03-15T12:00:00"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.text);
+        const CVarion value(Make(c.vt, DoubleBits(c.days)));
+        ASSERT_EQ(value.GetType(), c.vt);
+        const auto before = Bytes(value);
+        VARIANT target = Make(VT_BSTR, 0);
+        target.bstrVal = SysAllocString(OLESTR("released first"));
+        ASSERT_EQ(value.GetData(target), RC_OK);
+        ASSERT_EQ(target.vt, VT_BSTR);
+        EXPECT_EQ(Utf8(target.bstrVal), c.text);
+        EXPECT_EQ(Bytes(value), before);
+        VariantClear(&target);
+
+        // No memory for the text: refused with an empty target.
+        target = Make(VT_I4, 5);
+        FailAllocationAfter(1);
+        EXPECT_EQ(value.GetData(target), RC_NOT_CONVERTIBLE);
+        FailAllocationAfter(0);
+        EXPECT_EQ(target.vt, VT_EMPTY);
+        EXPECT_EQ(Bytes(value), before);
+    }
+    // 102 and 103 leave under their own codes.
+    for (VARTYPE vt : {VARTYPE(VTX_DATETIME_ALT), VARTYPE(VTX_DATETIME)}) {
+        VARIANT target;
+        VariantInit(&target);
+        ASSERT_EQ(CVarion(Make(vt, DoubleBits(2.0))).GetData(target), RC_OK);
+        EXPECT_EQ(target.vt, vt);
+        EXPECT_EQ(target.dblVal, 2.0);
+    }
+}
