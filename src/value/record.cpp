@@ -15,7 +15,6 @@
 #include <climits>
 #include <cstdint>
 #include <cstring>
-#include <new>
 
 using varion::detail::IsArrayType;
 using varion::detail::Load;
