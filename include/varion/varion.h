@@ -229,13 +229,22 @@ public:
     /// `buffer`, which must hold GetLen() bytes. Answers the length, or -1
     /// (nothing written) for arrays and types without a record.
     long GetTypeValue(char* buffer) const noexcept;
-    /// Reads a record. Answers the record's length field as read. Any held
-    /// content is released first; a record of an array code or of a code
-    /// without a payload leaves VT_EMPTY.
+    /// Reads a record; the buffer must hold the whole record. Answers the
+    /// record's length field as read (-2 for a null buffer). Any held content
+    /// is released first. The payload read is the one the type code calls
+    /// for; only a string takes its length from the length field, and comes
+    /// back without the terminator the record carries ("AB" stays "AB"). A
+    /// non-zero Boolean byte reads as true. An array code or VT_UNKNOWN leaves
+    /// VT_EMPTY; any other code without a payload (VT_NULL, VT_DISPATCH,
+    /// unknown codes) is set as it stands over the unchanged value field. A
+    /// string that cannot be allocated leaves VT_EMPTY.
     long SetTypeValue(const char* buffer) noexcept;
-    /// Reads a record of at most `size` bytes, checking its length field
-    /// against `size` and the payload of its type: a short, oversized or
-    /// inconsistent record answers -2 and leaves the value untouched.
+    /// Reads a record from a buffer of `size` bytes (which may hold more after
+    /// the record). Answers the record's length, or -2 with the value
+    /// untouched for a record that is short (length field below 6 or beyond
+    /// `size`), has a code without a record (arrays, VT_NULL, ...), a payload
+    /// of the wrong size, a string not ending in its zero terminator, a
+    /// Boolean byte other than 0 or 1, or a string that cannot be allocated.
     long SetTypeValue(const char* buffer, std::size_t size) noexcept;
     /// Writes the 8 value bytes, most significant first, into an array that
     /// holds exactly 8 elements; false (array unchanged) otherwise.
@@ -309,7 +318,8 @@ public:
     /// Gives a VARIANT out, clearing `target` first. 100, 101, 105 and 106
     /// leave as their text (VT_BSTR); true leaves as 1. -1 for a by-reference
     /// type code (target untouched); -2 when it cannot be given out (target
-    /// VT_EMPTY).
+    /// VT_EMPTY). A target whose content cannot be released (an unknown type
+    /// code) answers -2 and is left as it is.
     long GetData(VARIANT& target) const noexcept;
 
     // =======================================================================
@@ -358,8 +368,10 @@ public:
     bool Value2HexStream(CString& text) const noexcept;
     /// Changes the value to `type`, then for VT_R4 (8 digits) or VT_R8 (16
     /// digits) stores the bytes the digits give: "3f800000" with VT_R4 gives
-    /// 1.0. False for an odd length, another length or type, or a failed type
-    /// change (then the value keeps its old content).
+    /// 1.0. Each pair reads as strtol reads two characters in base 16 (" f"
+    /// is 0x0f, "-1" 0xff, "g1" 0). False for an odd length (nothing
+    /// changes), another length or type (the change of type is kept), or a
+    /// failed type change (the value keeps its old type and content).
     bool HexStream2Value(const CString& digits, VARTYPE type) noexcept;
 
     // =======================================================================

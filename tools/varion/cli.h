@@ -53,5 +53,7 @@ int Duration(const Args& args);
 int Demo(const Args& args);
 int Unit(const Args& args);
 int Units(const Args& args);
+int Hex(const Args& args);
+int Record(const Args& args);
 
 }  // namespace cli

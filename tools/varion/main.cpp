@@ -19,6 +19,8 @@ constexpr Command kCommands[] = {
     {"demo", cli::Demo, "walk through the typical use of a parameter value"},
     {"unit", cli::Unit, "convert a number between engineering unit codes"},
     {"units", cli::Units, "list the engineering unit codes"},
+    {"hex", cli::Hex, "write a value as hexadecimal digits, or read digits back"},
+    {"record", cli::Record, "write a value as a byte record, or read a record back"},
 };
 
 void Help() {
