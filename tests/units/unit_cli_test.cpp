@@ -26,12 +26,12 @@ TEST(UnitCli, Converts) {
         const char* expected[3];  // texts the output must contain
     };
     const Case cases[] = {
-        {"unit 2.5 1010 1013", 0, {"value: 2500\n", "code:  0 converted", "mm (millimeter)"}},
+        {"unit 2.5 1010 1013", 0, {"value: 2500.0\n", "code:  0 converted", "mm (millimeter)"}},
         {"unit 20 32 33 --type I4", 0, {"type:  VT_I4", "value: 68\n", "°F (degrees Fahrenheit)"}},
-        {"unit -40 1001 1002", 0, {"value: -40\n", "code:  0", "°C"}},
-        {"unit 1 7 1137", 1, {"code:  1 not convertible", "value: 1\n", "bar (bars)"}},
+        {"unit -40 1001 1002", 0, {"value: -40.0\n", "code:  0", "°C"}},
+        {"unit 1 7 1137", 1, {"code:  1 not convertible", "value: 1.0\n", "bar (bars)"}},
         {"unit 1 11 9999", 1, {"code:  1 ", "9999 (not in the unit table)", "type:  VT_R8"}},
-        {"unit 5 11 0", 1, {"code:  2 no target unit", "value: 5\n", "(no unit)"}},
+        {"unit 5 11 0", 1, {"code:  2 no target unit", "value: 5.0\n", "(no unit)"}},
         {"unit 1 -1 11", 1, {"code:  -2 bad call", "", ""}},
     };
     for (const Case& c : cases) {
