@@ -54,12 +54,6 @@ std::optional<VARTYPE> ScalarType(std::string_view name) {
     return static_cast<VARTYPE>(value);
 }
 
-std::string FloatText(double x) {
-    char buf[64];
-    const auto r = std::to_chars(buf, buf + sizeof(buf), x);
-    return std::string(buf, r.ptr);
-}
-
 }  // namespace
 
 Args::Args(int argc, char** argv, int first) {
@@ -131,19 +125,7 @@ std::string ResultName(long code) {
     }
 }
 
-std::string ValueText(const CVarion& value) {
-    switch (value.GetType()) {
-    case VT_EMPTY: return "";
-    case VT_I1: return std::to_string(static_cast<int>(static_cast<char>(value)));
-    case VT_UI1: return std::to_string(static_cast<unsigned>(static_cast<unsigned char>(value)));
-    case VT_I2: case VT_I4: case VT_I8: return std::to_string(static_cast<LONGLONG>(value));
-    case VT_UI2: case VT_UI4: case VT_UI8: return std::to_string(static_cast<ULONGLONG>(value));
-    case VT_R4: return FloatText(static_cast<double>(static_cast<float>(value)));
-    case VT_R8: return FloatText(static_cast<double>(value));
-    case VT_BOOL: return static_cast<int>(value) ? "true" : "false";
-    default: return static_cast<CString>(value).ToUtf8();
-    }
-}
+std::string ValueText(const CVarion& value) { return static_cast<CString>(value).ToUtf8(); }
 
 void PrintResult(const CVarion& value, long code) {
     std::printf("type:  %s (%u)\nvalue: %s\ncode:  %s (%ld)\n", TypeName(value.GetType()).c_str(),

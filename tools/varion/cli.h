@@ -36,8 +36,9 @@ std::optional<VARTYPE> ParseType(std::string_view name);
 std::string TypeName(VARTYPE type);
 /// "RC_OK", "RC_ABOVE_MAX", ...
 std::string ResultName(long code);
-/// The value as text: numbers exactly (shortest round trip for floats),
-/// other types through the library's own text form.
+/// The value in the library's own text form (operator CString): "2.5" or
+/// "2,5" by the numeric locale, "0x01, 0xAB" for a byte array; empty for a
+/// value without one.
 std::string ValueText(const CVarion& value);
 
 /// Prints type, value and result code of a conversion.

@@ -7,6 +7,9 @@
 namespace cli {
 namespace {
 
+constexpr double kMillisecondsPerDay = 86400000.0;
+constexpr double kFractionsPerDay = 32.0 * kMillisecondsPerDay;
+
 template <class T>
 bool ParseNumber(const std::string& text, T& out) {
     const char* first = text.data();
@@ -16,8 +19,23 @@ bool ParseNumber(const std::string& text, T& out) {
     return ec == std::errc() && ptr == last && first != last;
 }
 
+// VALUE read as the stored day count of a date or duration type. Date-times
+// pass through their number (days since 1900-01-01), durations through their
+// count of milliseconds (1/32 ms for VTX_DURATION_MSF), so a duration keeps
+// that resolution.
+std::optional<CVarion> DayCountOf(const std::string& text, VARTYPE type) {
+    double days = 0;
+    if (!ParseNumber(text, days)) return std::nullopt;
+    double number = days - 2.0;
+    if (CVarion::IsDurationType(type)) number = days * (type == VTX_DURATION_MSF ? kFractionsPerDay : kMillisecondsPerDay);
+    CVarion v(number);
+    if (v.SetType(type) != RC_OK) return std::nullopt;
+    return v;
+}
+
 // VALUE read as a number of type `from`; nullopt when it does not parse.
 std::optional<CVarion> NumberOf(const std::string& text, VARTYPE from) {
+    if (CVarion::IsAnyDateType(from)) return DayCountOf(text, from);
     switch (from) {
     case VT_I1: case VT_I2: case VT_I4: case VT_I8: case VT_UI1: case VT_UI2: case VT_UI4: case VT_BOOL: {
         LONGLONG x = 0;
@@ -53,11 +71,25 @@ int Convert(const Args& args) {
     if (args.Flag("help")) {
         std::printf(
             "usage: varion convert VALUE --to TYPE [--from TYPE]\n"
-            "  Reads VALUE as a number of type --from (default: an integer as VT_I8,\n"
-            "  otherwise a double as VT_R8), converts it with SetType and prints the\n"
-            "  resulting type, value and result code.\n"
-            "  Types: VT_I4, I4 or 4.\n"
-            "example: varion convert 2.5 --from R8 --to I4\n");
+            "  Converts a value with SetType and prints the resulting type, value (in\n"
+            "  the library's text form) and result code. Exit status 1 when the\n"
+            "  library refuses the conversion.\n"
+            "  Without --from (or with --from BSTR) VALUE is a text (VT_BSTR), read by\n"
+            "  the rules of the target type: integers in bases 2 (0b), 8 (0), 10 and 16\n"
+            "  (0x), decimals with '.' or ',', INF/NAN, byte lists, dates and durations.\n"
+            "  With --from a numeric type, VALUE is a number of that type (decimal\n"
+            "  digits, '.' as decimal point). With --from a date or duration type,\n"
+            "  VALUE is the stored day count (days since 1899-12-30 for date-times,\n"
+            "  the length in days for durations, kept to the millisecond, or to 1/32\n"
+            "  ms for VTX_DURATION_MSF).\n"
+            "  Types: VT_I4, I4 or 4; VTX_DURATION or DURATION; arrays as UI1_ARRAY or\n"
+            "  0x2011.\n"
+            "examples:\n"
+            "  varion convert 0x1F --to I1\n"
+            "  varion convert \"12,5\" --to R4\n"
+            "  varion convert \"0x01, 0xAB\" --to UI1_ARRAY\n"
+            "  varion convert 2.5 --from R8 --to I4\n"
+            "  varion convert 45002.5 --from DATE --to BSTR\n");
         return kOk;
     }
     if (auto unknown = args.Unknown({"to", "from", "help"})) return Usage("convert: unknown option " + *unknown);
@@ -68,17 +100,21 @@ int Convert(const Args& args) {
     if (!to) return Usage("convert: unknown type '" + *toName + "'");
 
     const std::string& text = args.Positionals()[0];
-    std::optional<CVarion> value;
+    VARTYPE from = VT_BSTR;
     if (const auto fromName = args.Option("from")) {
-        const auto from = ParseType(*fromName);
-        if (!from) return Usage("convert: unknown type '" + *fromName + "'");
-        if (!CVarion::IsNumericType(*from)) return Usage("convert: --from takes a numeric type");
-        value = NumberOf(text, *from);
-        if (!value) return Usage("convert: '" + text + "' is not a " + TypeName(*from) + " value");
+        const auto parsed = ParseType(*fromName);
+        if (!parsed) return Usage("convert: unknown type '" + *fromName + "'");
+        from = *parsed;
+    }
+    std::optional<CVarion> value;
+    if (from == VT_BSTR) {
+        value = CVarion(text.c_str());
+        if (value->GetType() != VT_BSTR) return Usage("convert: out of memory");
+    } else if (CVarion::IsNumericType(from) || CVarion::IsAnyDateType(from)) {
+        value = NumberOf(text, from);
+        if (!value) return Usage("convert: '" + text + "' is not a " + TypeName(from) + " value");
     } else {
-        value = NumberOf(text, VT_I8);
-        if (!value) value = NumberOf(text, VT_R8);
-        if (!value) return Usage("convert: '" + text + "' is not a number");
+        return Usage("convert: --from takes a numeric, date, duration or string type");
     }
     const long code = value->SetType(*to);
     PrintResult(*value, code);

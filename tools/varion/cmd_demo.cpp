@@ -21,14 +21,13 @@ int Demo(const Args& args) {
     Step(1, "A VARIANT holding the text \"12,5\" (VT_BSTR) becomes a CVarion.");
     ToCome("VARIANT exchange");
 
-    Step(2, "The device-description type 3 with size 4 names the value's type.");
+    Step(2, "The device-description type 3 with size 4 names the value's type; the text is parsed into it.");
     const VARTYPE type = CVarion::DDType2VariantType(3, 4);
     std::printf("   DDType2VariantType(3, 4) = %s\n", TypeName(type).c_str());
-    CVarion value(12.5);
+    CVarion value("12,5");
     const long code = value.SetType(type);
-    std::printf("   VT_R8 12.5 -> SetType(%s): %s, code %s\n", TypeName(type).c_str(), ValueText(value).c_str(),
-                ResultName(code).c_str());
-    ToCome("parsing the text \"12,5\" with its decimal comma");
+    std::printf("   VT_BSTR \"12,5\" -> SetType(%s): %s %s, code %s\n", TypeName(type).c_str(),
+                TypeName(value.GetType()).c_str(), ValueText(value).c_str(), ResultName(code).c_str());
 
     Step(3, "The number is converted from one engineering unit to another.");
     ToCome("unit conversion");

@@ -1,0 +1,363 @@
+#include "convert/number_text.h"
+
+#include "convert/numeric.h"
+#include "value/access.h"
+
+#include <charconv>
+#include <clocale>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <new>
+
+namespace varion::detail {
+namespace {
+
+constexpr char kForeign = 0x7F;  // stands for every character outside ASCII
+
+int DigitValue(char32_t c) noexcept {
+    if (c >= '0' && c <= '9') return static_cast<int>(c - '0');
+    if (c >= 'A' && c <= 'F') return static_cast<int>(c - 'A' + 10);
+    if (c >= 'a' && c <= 'f') return static_cast<int>(c - 'a' + 10);
+    return -1;
+}
+
+bool IsDecimalDigit(char c) noexcept { return c >= '0' && c <= '9'; }
+
+// The white space of the C library's "%x" scan in the C locale.
+bool IsScanSpace(OLECHAR c) noexcept { return c == ' ' || (c >= 0x09 && c <= 0x0D); }
+
+// One code point of a UTF-8 text (the locale's separator) as UTF-16.
+int DecodeSeparator(const unsigned char* s, OLECHAR (&out)[2]) noexcept {
+    char32_t cp = 0xFFFD;
+    int extra = 0;
+    if (s[0] >= 0xF0 && s[0] <= 0xF4) {
+        cp = s[0] & 0x07u;
+        extra = 3;
+    } else if (s[0] >= 0xE0) {
+        cp = s[0] & 0x0Fu;
+        extra = 2;
+    } else if (s[0] >= 0xC2 && s[0] <= 0xDF) {
+        cp = s[0] & 0x1Fu;
+        extra = 1;
+    }
+    for (int k = 1; k <= extra; ++k) {
+        if ((s[k] & 0xC0u) != 0x80u) {
+            cp = 0xFFFD;
+            extra = 0;
+            break;
+        }
+        cp = (cp << 6) | (s[k] & 0x3Fu);
+    }
+    if (extra == 0 || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF)) cp = 0xFFFD;
+    if (cp < 0x10000) {
+        out[0] = static_cast<OLECHAR>(cp);
+        return 1;
+    }
+    cp -= 0x10000;
+    out[0] = static_cast<OLECHAR>(0xD800 + (cp >> 10));
+    out[1] = static_cast<OLECHAR>(0xDC00 + (cp & 0x3FF));
+    return 2;
+}
+
+// Whether a finite decimal number that std::from_chars found out of range
+// lies above the double range (rather than below it): the position of its
+// first non-zero digit plus the exponent decides.
+bool AboveDoubleRange(std::string_view digits, std::size_t separator, long long exponent) noexcept {
+    long long magnitude = 0;
+    std::size_t position = 0;  // digits seen, separator excluded
+    const std::size_t integerDigits = separator == std::string_view::npos ? digits.size() : separator;
+    for (std::size_t i = 0; i < digits.size(); ++i) {
+        if (i == separator) continue;
+        if (digits[i] != '0') {
+            magnitude = static_cast<long long>(integerDigits) - static_cast<long long>(position) - 1;
+            return magnitude + exponent > 0;
+        }
+        ++position;
+    }
+    return false;
+}
+
+// The optional exponent digits, saturated far beyond any double exponent.
+long long ExponentOf(std::string_view digits) noexcept {
+    bool negative = false;
+    std::size_t i = 0;
+    if (i < digits.size() && (digits[i] == '+' || digits[i] == '-')) negative = digits[i++] == '-';
+    long long e = 0;
+    for (; i < digits.size(); ++i)
+        if (e < 1000000000) e = e * 10 + (digits[i] - '0');
+    return negative ? -e : e;
+}
+
+// The longest beginning of `text` that is a decimal number: an optional
+// sign, digits with at most one "." or "," (digits on at least one side),
+// then optionally "E", a sign and digits. Sets `value` (0.0 when nothing
+// is read; beyond the double range an infinity or zero of the sign) and
+// answers the characters read. The separator in `text` becomes ".".
+std::size_t ReadDecimal(char* text, std::size_t n, double& value) noexcept {
+    value = 0.0;
+    std::size_t i = 0;
+    bool negative = false;
+    if (i < n && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
+    const std::size_t start = i;
+    while (i < n && IsDecimalDigit(text[i])) ++i;
+    const std::size_t integerEnd = i;
+    std::size_t separator = std::string_view::npos;
+    if (i < n && (text[i] == '.' || text[i] == ',')) {
+        std::size_t j = i + 1;
+        while (j < n && IsDecimalDigit(text[j])) ++j;
+        if (integerEnd > start || j > i + 1) {
+            separator = i;
+            i = j;
+        }
+    }
+    if (i == start) return 0;  // no digit: nothing is read
+    const std::size_t mantissaEnd = i;
+    if (i < n && text[i] == 'E') {
+        std::size_t k = i + 1;
+        if (k < n && (text[k] == '+' || text[k] == '-')) ++k;
+        const std::size_t digits = k;
+        while (k < n && IsDecimalDigit(text[k])) ++k;
+        if (k > digits) i = k;
+    }
+    if (separator != std::string_view::npos) text[separator] = '.';
+
+    const auto [ptr, ec] = std::from_chars(text + start, text + i, value);
+    if (ec == std::errc::result_out_of_range) {
+        const std::string_view mantissa(text + start, mantissaEnd - start);
+        const std::size_t at = separator == std::string_view::npos ? separator : separator - start;
+        const long long exponent = i > mantissaEnd ? ExponentOf({text + mantissaEnd + 1, i - mantissaEnd - 1}) : 0;
+        value = AboveDoubleRange(mantissa, at, exponent) ? std::numeric_limits<double>::infinity() : 0.0;
+    } else if (ec != std::errc() || ptr != text + i) {
+        value = 0.0;
+        return 0;
+    }
+    if (negative) value = -value;
+    return i;
+}
+
+// The fit rule: whether the digits' value v (with its base) is accepted by
+// integer type T, and the value stored. Signed types below 64 bits also take
+// v in [2^(b-1), 2^b - 1] from bases 2, 8 and 16 as their byte pattern;
+// VT_I8 takes up to 64 significant bits from bases 2 and 16; VT_UI8 takes
+// decimal texts only up to 2^63 - 1 and other bases at any size (saturated).
+template <VARTYPE T>
+bool Fit(const DigitRun& run, int base, NumericT<T>& out) noexcept {
+    using TT = NumericT<T>;
+    constexpr std::uint64_t kMax = static_cast<std::uint64_t>(std::numeric_limits<TT>::max());
+    constexpr std::uint64_t kSignedMax = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
+    const std::uint64_t m = run.magnitude;
+    if constexpr (T == VT_UI8) {
+        if (run.negative && m != 0) return false;
+        if (base == 10 && (run.overflow || m > kSignedMax)) return false;
+        out = m;
+        return true;
+    } else if constexpr (std::is_unsigned_v<TT>) {
+        if (run.overflow || (run.negative && m != 0) || m > kMax) return false;
+        out = static_cast<TT>(m);
+        return true;
+    } else {
+        if (run.overflow) return false;
+        if (run.negative) {
+            if (m > kMax + 1) return false;  // below the lower bound
+            out = static_cast<TT>(0 - m);    // two's complement of the magnitude
+            return true;
+        }
+        constexpr std::uint64_t kPatternMax =
+            sizeof(TT) == 8 ? std::numeric_limits<std::uint64_t>::max() : (kMax << 1) + 1;
+        const bool patternBase = sizeof(TT) == 8 ? (base == 2 || base == 16) : base != 10;
+        if (m > kMax && !(patternBase && m <= kPatternMax)) return false;
+        out = static_cast<TT>(m);  // beyond kMax: the byte pattern, read as two's complement
+        return true;
+    }
+}
+
+template <VARTYPE T>
+bool FitInto(const DigitRun& run, int base, VARIANT& out) noexcept {
+    NumericT<T> x{};
+    if (!Fit<T>(run, base, x)) return false;
+    out.vt = T;
+    Store(out, x);
+    return true;
+}
+
+bool FitInteger(const DigitRun& run, int base, VARTYPE type, VARIANT& out) noexcept {
+    switch (type) {
+    case VT_I1: return FitInto<VT_I1>(run, base, out);
+    case VT_UI1: return FitInto<VT_UI1>(run, base, out);
+    case VT_I2: return FitInto<VT_I2>(run, base, out);
+    case VT_UI2: return FitInto<VT_UI2>(run, base, out);
+    case VT_I4: return FitInto<VT_I4>(run, base, out);
+    case VT_UI4: return FitInto<VT_UI4>(run, base, out);
+    case VT_I8: return FitInto<VT_I8>(run, base, out);
+    case VT_UI8: return FitInto<VT_UI8>(run, base, out);
+    default: return false;
+    }
+}
+
+// A double brought into `type` by the range-checked cast.
+long DoubleInto(double d, VARTYPE type, VARIANT& out) noexcept {
+    VARIANT r{};
+    r.vt = VT_R8;
+    Store(r, d);
+    if (ConvertNumeric(r, type) != RC_OK) return RC_NOT_CONVERTIBLE;
+    out = r;
+    return RC_OK;
+}
+
+}  // namespace
+
+std::size_t WriteTrimmedFixed(double x, char* out) noexcept {
+    const auto result = std::to_chars(out, out + kFixedTextMax, x, std::chars_format::fixed, 15);
+    auto n = static_cast<std::size_t>(result.ptr - out);
+    while (n > 0 && out[n - 1] == '0') --n;
+    if (n > 0 && out[n - 1] == '.') out[n++] = '0';
+    return n;
+}
+
+int RuntimeDecimalSeparator(OLECHAR (&out)[2]) noexcept {
+    const std::lconv* conventions = std::localeconv();
+    const char* point = conventions != nullptr ? conventions->decimal_point : nullptr;
+    if (point == nullptr || point[0] == '\0') {
+        out[0] = '.';
+        return 1;
+    }
+    const auto* bytes = reinterpret_cast<const unsigned char*>(point);
+    if (bytes[0] < 0x80) {
+        out[0] = static_cast<OLECHAR>(bytes[0]);
+        return 1;
+    }
+    return DecodeSeparator(bytes, out);
+}
+
+OleStringView TextOf(BSTR s) noexcept {
+    if (s == nullptr) return {};
+    const OleStringView all(s, SysStringLen(s));
+    return all.substr(0, all.find(OLECHAR(0)));
+}
+
+OleStringView TrimmedView(OleStringView text) noexcept {
+    std::size_t first = 0;
+    std::size_t last = text.size();
+    while (first < last && CString::IsSpace(text[first])) ++first;
+    while (last > first && CString::IsSpace(text[last - 1])) --last;
+    return text.substr(first, last - first);
+}
+
+bool NarrowText::Assign(OleStringView text) noexcept {
+    const OleStringView trimmed = TrimmedView(text);
+    m_data = m_small;
+    m_size = 0;
+    if (trimmed.size() > sizeof(m_small)) {
+        m_large.reset(new (std::nothrow) char[trimmed.size()]);
+        if (!m_large) return false;
+        m_data = m_large.get();
+    }
+    for (const OLECHAR c : trimmed) {
+        char narrow = kForeign;
+        if (c < 0x80) narrow = static_cast<char>(c >= 'a' && c <= 'z' ? c - 0x20 : c);
+        m_data[m_size++] = narrow;
+    }
+    return true;
+}
+
+int BaseOfText(std::string_view text) noexcept {
+    if (text.empty()) return 0;
+    if (text[0] != '0' || text.size() == 1) return 10;
+    switch (text[1]) {
+    case 'B': case 'b': return 2;
+    case 'X': case 'x': return 16;
+    default: return 8;
+    }
+}
+
+std::size_t PrefixLength(int base) noexcept {
+    switch (base) {
+    case 2: case 16: return 2;
+    case 8: return 1;
+    default: return 0;
+    }
+}
+
+DigitRun ReadDigits(std::string_view text, int base) noexcept {
+    DigitRun run;
+    std::size_t i = 0;
+    if (i < text.size() && (text[i] == '+' || text[i] == '-')) run.negative = text[i++] == '-';
+    const std::size_t first = i;
+    const auto b = static_cast<std::uint64_t>(base);
+    for (; i < text.size(); ++i) {
+        const int d = DigitValue(static_cast<unsigned char>(text[i]));
+        if (d < 0 || d >= base) break;
+        const auto digit = static_cast<std::uint64_t>(d);
+        if (run.overflow) continue;
+        if (run.magnitude > (std::numeric_limits<std::uint64_t>::max() - digit) / b) {
+            run.overflow = true;
+            run.magnitude = std::numeric_limits<std::uint64_t>::max();
+        } else {
+            run.magnitude = run.magnitude * b + digit;
+        }
+    }
+    if (i == first) return DigitRun{};
+    run.end = i;
+    return run;
+}
+
+long IntegerFromText(char* text, std::size_t size, VARTYPE type, VARIANT& out) noexcept {
+    const std::string_view t(text, size);
+    const int base = BaseOfText(t);
+    if (base == 0) return RC_NOT_CONVERTIBLE;
+    std::string_view rest = t.substr(PrefixLength(base));
+    rest.remove_prefix(std::min(rest.find_first_not_of('0'), rest.size()));
+    const DigitRun run = ReadDigits(rest, base);
+    if (run.end != rest.size()) {
+        if (base != 10) return RC_NOT_CONVERTIBLE;
+        // A decimal number other than an integer: read it as a double and
+        // round it into the type ("2.5" gives 3, "1e3" 1000).
+        VARIANT r8{};
+        if (FloatingFromText(text, size, VT_R8, r8) != RC_OK) return RC_NOT_CONVERTIBLE;
+        return DoubleInto(Load<double>(r8), type, out);
+    }
+    return FitInteger(run, base, type, out) ? RC_OK : RC_NOT_CONVERTIBLE;
+}
+
+long FloatingFromText(char* text, std::size_t size, VARTYPE type, VARIANT& out) noexcept {
+    const std::string_view t(text, size);
+    double d = 0.0;
+    if (t.find("INF") != std::string_view::npos) {
+        d = t.find('-') != std::string_view::npos ? -std::numeric_limits<double>::infinity()
+                                                  : std::numeric_limits<double>::infinity();
+    } else if (t.find("NAN") != std::string_view::npos || t.find("IND") != std::string_view::npos) {
+        d = std::numeric_limits<double>::quiet_NaN();
+    } else {
+        if (BaseOfText(t) != 10) {
+            // "0x10" is 16.0 and "010" 8.0; "0.5" fails here and is read below.
+            VARIANT whole{};
+            if (IntegerFromText(text, size, VT_I8, whole) == RC_OK && ConvertNumeric(whole, type) == RC_OK) {
+                out = whole;
+                return RC_OK;
+            }
+        }
+        if (ReadDecimal(text, size, d) != size) return RC_NOT_CONVERTIBLE;
+    }
+    return DoubleInto(d, type, out);
+}
+
+bool ReadByteToken(OleStringView token, BYTE& value) noexcept {
+    std::size_t i = 0;
+    const std::size_t n = token.size();
+    while (i < n && IsScanSpace(token[i])) ++i;
+    if (i + 2 < n && token[i] == '0' && (token[i + 1] == 'x' || token[i + 1] == 'X') && DigitValue(token[i + 2]) >= 0)
+        i += 2;
+    unsigned v = 0;
+    std::size_t digits = 0;
+    for (; i < n; ++i, ++digits) {
+        const int d = DigitValue(token[i]);
+        if (d < 0) break;
+        if (v <= 0xFF) v = v * 16 + static_cast<unsigned>(d);  // once above 255 it stays above
+    }
+    if (digits == 0 || v > 0xFF) return false;
+    value = static_cast<BYTE>(v);
+    return true;
+}
+
+}  // namespace varion::detail
