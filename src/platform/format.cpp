@@ -7,9 +7,14 @@
 #include <charconv>
 #include <clocale>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <string_view>
 #include <system_error>
+
+#if defined(__GLIBC__)
+#include <langinfo.h>
+#endif
 
 namespace varion::detail {
 namespace {
@@ -276,9 +281,15 @@ bool RenderString(Sink& sink, const Spec& spec, const FormatArg& arg) {
 
 // The C library's decimal separator as one UTF-16 code unit ("." when it has
 // none or it is not a single character of the Basic Multilingual Plane).
+// The GNU C library answers nl_langinfo(RADIXCHAR) from the same numeric
+// locale data as localeconv()->decimal_point, without filling a structure.
 OLECHAR DecimalPoint() noexcept {
+#if defined(__GLIBC__)
+    const auto* p = reinterpret_cast<const unsigned char*>(nl_langinfo(RADIXCHAR));
+#else
     const std::lconv* conv = std::localeconv();
     const auto* p = conv != nullptr ? reinterpret_cast<const unsigned char*>(conv->decimal_point) : nullptr;
+#endif
     if (p == nullptr || p[0] == 0) return OLESTR('.');
     if (p[0] < 0x80) return p[1] == 0 ? static_cast<OLECHAR>(p[0]) : OLESTR('.');
     if ((p[0] & 0xE0) == 0xC0 && (p[1] & 0xC0) == 0x80 && p[2] == 0)
@@ -321,6 +332,70 @@ int ExponentOf(const char* text, std::size_t length) noexcept {
     return e[1] == '-' ? -value : value;
 }
 
+// "%.<precision>f" of a finite, non-negative x by exact integer arithmetic,
+// for the common case of a small precision and a value below 2^53 after
+// scaling: x = m * 2^k, so x * 10^p = m * 10^p * 2^k is rounded to the
+// nearest integer (ties to even, as the correctly rounded conversion does)
+// and written with the point p digits from its end. Answers 0 when the case
+// is not covered; std::to_chars then gives the same digits, only slower.
+#if defined(__SIZEOF_INT128__)
+__extension__ typedef unsigned __int128 Uint128;
+#endif
+
+std::size_t QuickFixed(char* buf, double x, int precision) noexcept {
+#if defined(__SIZEOF_INT128__)
+    constexpr std::uint64_t kPowers[] = {1ULL, 10ULL, 100ULL, 1000ULL, 10000ULL, 100000ULL, 1000000ULL,
+                                         10000000ULL, 100000000ULL, 1000000000ULL, 10000000000ULL,
+                                         100000000000ULL, 1000000000000ULL, 10000000000000ULL,
+                                         100000000000000ULL, 1000000000000000ULL};
+    if (precision < 0 || precision > 15) return 0;
+    const std::uint64_t scale = kPowers[precision];
+    if (!(x < 9007199254740992.0 / static_cast<double>(scale))) return 0;
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &x, sizeof bits);
+    const auto biased = static_cast<int>(bits >> 52) & 0x7FF;
+    const std::uint64_t fraction = bits & ((1ULL << 52) - 1);
+    const std::uint64_t m = biased == 0 ? fraction : fraction | (1ULL << 52);
+    const int shift = biased == 0 ? 1074 : 1075 - biased;  // x = m * 2^-shift
+    const Uint128 product = static_cast<Uint128>(m) * scale;
+    std::uint64_t n = 0;
+    if (shift <= 0) {
+        n = static_cast<std::uint64_t>(product << -shift);
+    } else if (shift < 120) {
+        n = static_cast<std::uint64_t>(product >> shift);
+        const Uint128 rest = product - (static_cast<Uint128>(n) << shift);
+        const Uint128 half = static_cast<Uint128>(1) << (shift - 1);
+        if (rest > half || (rest == half && (n & 1U))) ++n;
+    }  // else x * 10^p < 2^-16: rounds to 0
+    char digits[24];
+    const auto r = std::to_chars(digits, digits + sizeof digits, n);
+    const auto count = static_cast<std::size_t>(r.ptr - digits);
+    const auto p = static_cast<std::size_t>(precision);
+    std::size_t length = 0;
+    if (count <= p) {  // 0.<zeros><digits>
+        buf[length++] = '0';
+        buf[length++] = '.';
+        for (std::size_t i = count; i < p; ++i) buf[length++] = '0';
+        std::memcpy(buf + length, digits, count);
+        length += count;
+    } else {  // <whole digits>[.<p digits>]
+        std::memcpy(buf, digits, count - p);
+        length = count - p;
+        if (p > 0) {
+            buf[length++] = '.';
+            std::memcpy(buf + length, digits + count - p, p);
+            length += p;
+        }
+    }
+    return length;
+#else
+    (void)buf;
+    (void)x;
+    (void)precision;
+    return 0;
+#endif
+}
+
 // The digits of a finite, non-negative x for the specification, with "." as
 // the separator; 0 when they do not fit the buffer.
 std::size_t FloatBody(char* buf, double x, const Spec& spec) noexcept {
@@ -332,9 +407,12 @@ std::size_t FloatBody(char* buf, double x, const Spec& spec) noexcept {
     std::size_t length = 0;
     switch (spec.conversion) {
     case OLESTR('f'):
-        r = std::to_chars(buf, end, x, std::chars_format::fixed, precision);
-        if (r.ec != std::errc()) return 0;
-        length = static_cast<std::size_t>(r.ptr - buf);
+        length = QuickFixed(buf, x, precision);
+        if (length == 0) {
+            r = std::to_chars(buf, end, x, std::chars_format::fixed, precision);
+            if (r.ec != std::errc()) return 0;
+            length = static_cast<std::size_t>(r.ptr - buf);
+        }
         if (alt && precision == 0) buf[length++] = '.';
         return length;
     case OLESTR('e'): case OLESTR('E'):

@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <limits>
 #include <string>
 #include <vector>
@@ -213,6 +214,37 @@ TEST(FormatMatrix, CharactersAndTextsMatchSnprintf) {
                     }
                 }
             }
+    EXPECT_EQ(failures, 0);
+}
+
+TEST(FormatMatrix, FixedPointMatchesSnprintfOnRandomValuesAndTies) {
+    std::uint64_t state = 0x9E3779B97F4A7C15ULL;
+    auto next = [&state] {
+        state ^= state << 13;
+        state ^= state >> 7;
+        state ^= state << 17;
+        return state;
+    };
+    std::vector<double> values;
+    for (int i = 0; i < 20000; ++i) {
+        // Random bit patterns over the whole range, and values of display size.
+        std::uint64_t bits = next() & 0x7FFFFFFFFFFFFFFFULL;
+        double x = 0;
+        std::memcpy(&x, &bits, sizeof x);
+        if (std::isfinite(x)) values.push_back(x);
+        values.push_back(static_cast<double>(next() % 2000000000) / static_cast<double>(1ULL << (next() % 60)));
+    }
+    // Exact ties at every precision: k + 0.5 units of the last digit.
+    for (int p = 0; p <= 15; ++p)
+        for (const double t : {0.5, 1.5, 2.5, 0.125, 0.375, 1.0625, 1023.5, 4503599627370495.5, 4503599627370496.5})
+            values.push_back(t / std::pow(10.0, p));
+    int failures = 0;
+    for (const double v : values)
+        for (int p = 0; p <= 16; ++p) {
+            const std::string spec = "%." + std::to_string(p) + "f";
+            ExpectMatch(spec, FormatArg(v), Reference(spec, v), failures);
+            ExpectMatch(spec, FormatArg(-v), Reference(spec, -v), failures);
+        }
     EXPECT_EQ(failures, 0);
 }
 

@@ -49,5 +49,6 @@ int Usage(const std::string& message);
 // Subcommands: each answers an exit status.
 int Convert(const Args& args);
 int Demo(const Args& args);
+int Format(const Args& args);
 
 }  // namespace cli

@@ -36,7 +36,9 @@ int Demo(const Args& args) {
     ToCome("comparison");
 
     Step(5, "The value is rendered with the display format %.2f.");
-    ToCome("display formats");
+    const CString shown = value.GetStringWithDisplayFormat(CString(OLESTR("%.2f")), 0);
+    std::printf("   %s %s -> GetStringWithDisplayFormat(\"%%.2f\") = %s\n", TypeName(value.GetType()).c_str(),
+                ValueText(value).c_str(), shown.ToUtf8().c_str());
 
     Step(6, "The values are destroyed and release what they own.");
     std::printf("   done\n");

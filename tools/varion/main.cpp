@@ -15,6 +15,7 @@ struct Command {
 constexpr Command kCommands[] = {
     {"convert", cli::Convert, "convert a value to another type"},
     {"demo", cli::Demo, "walk through the typical use of a parameter value"},
+    {"format", cli::Format, "render a value under a display format"},
 };
 
 void Help() {
