@@ -21,6 +21,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
 
 // ---------------------------------------------------------------------------
@@ -132,9 +133,20 @@ public:
     CVarion(const CString& text) noexcept;
     /// A deep copy: strings and arrays are duplicated, a fixed-size array stays
     /// fixed-size. VT_NULL, unknown codes and failed duplications give VT_EMPTY.
-    CVarion(const CVarion& other) noexcept;
+    CVarion(const CVarion& other) noexcept {
+        if (HoldsPlainValue(other.m_v.vt)) {
+            m_v.vt = other.m_v.vt;
+            m_v.wReserved1 = m_v.wReserved2 = m_v.wReserved3 = 0;
+            std::memcpy(&m_v.llVal, &other.m_v.llVal, sizeof(m_v.llVal));
+        } else {
+            CopyContent(other);
+        }
+    }
     /// Takes over the other value's content; the other value becomes VT_EMPTY.
-    CVarion(CVarion&& other) noexcept;
+    CVarion(CVarion&& other) noexcept {
+        std::memcpy(static_cast<void*>(&m_v), &other.m_v, sizeof(m_v));
+        other.m_v.vt = VT_EMPTY;
+    }
     /// What SetData makes of the VARIANT; VT_EMPTY when SetData refuses it.
     CVarion(const VARIANT& source) noexcept;
     /// As the constructor from a VARIANT reference; a null pointer gives VT_EMPTY.
@@ -160,7 +172,9 @@ public:
             long millisecondFractions, unsigned short type) noexcept;
 
     /// Releases the content.
-    ~CVarion();
+    ~CVarion() {
+        if (m_v.vt == VT_BSTR || (m_v.vt & VT_ARRAY) != 0) Clear();
+    }
 
     /// Releases the string or array and makes the value VT_EMPTY.
     void Clear() noexcept;
@@ -505,6 +519,13 @@ protected:
     static int IsUnicodeHexNumber(const OLECHAR* text) noexcept;
 
 private:
+    /// Codes whose content is the value field alone (numbers, dates, the
+    /// Boolean, an interface pointer carried without a reference).
+    static constexpr bool HoldsPlainValue(VARTYPE t) noexcept {
+        return t < 32 ? ((0x003F28BCu >> t) & 1u) != 0 : (t >= 100 && t <= 106 && t != 104);
+    }
+    /// The copy of a string, an array or a code without content.
+    void CopyContent(const CVarion& other) noexcept;
     long InitType(VARTYPE type) noexcept;
     long ChangeNumericToNumeric(VARTYPE type) noexcept;
     long ChangeToString(VARTYPE type) noexcept;

@@ -43,21 +43,6 @@ void MakeString(VARIANT& v, const OLECHAR* text) noexcept {
     }
 }
 
-// Bytes of the value-field member of the scalar types a copy takes over.
-std::size_t MemberWidth(VARTYPE vt) noexcept {
-    switch (vt) {
-    case VT_I1: case VT_UI1: case VT_BOOL: return 1;
-    case VT_I2: case VT_UI2: return 2;
-    case VT_I4: case VT_UI4: case VT_R4: return 4;
-    case VT_R8: case VT_I8: case VT_UI8: case VT_DATE:
-    case VTX_DURATION: case VTX_DURATION_MSF: case VTX_DATETIME_ALT: case VTX_DATETIME:
-    case VTX_ISO_DURATION: case VTX_ISO_DATETIME:
-        return 8;
-    case VT_UNKNOWN: return sizeof(IUnknown*);
-    default: return 0;
-    }
-}
-
 }  // namespace
 
 CVarion::CVarion() noexcept { Reset(m_v, VT_EMPTY); }
@@ -115,7 +100,7 @@ CVarion::CVarion(const char* text) noexcept {
 
 CVarion::CVarion(const CString& text) noexcept { MakeString(m_v, text.GetString()); }
 
-CVarion::CVarion(const CVarion& other) noexcept {
+void CVarion::CopyContent(const CVarion& other) noexcept {
     Reset(m_v, VT_EMPTY);
     const VARIANT& s = other.m_v;
     if (s.vt == VT_BSTR) {
@@ -127,18 +112,8 @@ CVarion::CVarion(const CVarion& other) noexcept {
             m_v.parray = copy;
             m_v.vt = s.vt;
         }
-    } else if (const std::size_t width = MemberWidth(s.vt); width != 0) {
-        std::memcpy(&m_v.llVal, &s.llVal, width);
-        m_v.vt = s.vt;
     }
 }
-
-CVarion::CVarion(CVarion&& other) noexcept {
-    std::memcpy(&m_v, &other.m_v, sizeof(m_v));
-    other.m_v.vt = VT_EMPTY;
-}
-
-CVarion::~CVarion() { Clear(); }
 
 void CVarion::Clear() noexcept {
     if (m_v.vt == VT_BSTR && m_v.bstrVal != nullptr) {

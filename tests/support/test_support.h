@@ -14,6 +14,18 @@ std::array<unsigned char, 16> Bytes(const CVarion& v);
 std::string Utf8(const CString& s);
 std::string Utf8(BSTR s);
 
+/// An interface object that only counts its references.
+struct CountingUnknown : IUnknown {
+    ULONG refs = 1;
+    virtual ~CountingUnknown() = default;
+    HRESULT QueryInterface(const IID&, void** out) override {
+        *out = nullptr;
+        return E_NOTIMPL;
+    }
+    ULONG AddRef() override { return ++refs; }
+    ULONG Release() override { return --refs; }
+};
+
 /// Heap allocations (operator new, every form) made on any thread since start.
 long AllocationCount();
 

@@ -1,0 +1,206 @@
+// Array values: construction, growth, the fixed-size rules, typed access and
+// concatenation.
+#include "support/test_support.h"
+#include "value/access.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+using varion::detail::Access;
+
+namespace {
+
+bool IsFixed(const CVarion& v) { return (Access::Var(v).parray->fFeatures & FADF_FIXEDSIZE) != 0; }
+
+template <class T>
+std::vector<T> Read(const CVarion& v) {
+    std::vector<T> out;
+    for (unsigned long i = 0; i < v.GetElementCount(); ++i) {
+        T x{};
+        v.GetElementValue(&x, static_cast<long>(i));
+        out.push_back(x);
+    }
+    return out;
+}
+
+}  // namespace
+
+TEST(ArrayConstructor, ShapesAndFixedness) {
+    struct Case {
+        long count1, count2;
+        unsigned dims;
+        unsigned long count;
+        bool fixed;
+    };
+    const Case cases[] = {
+        {5, 0, 1, 5, true}, {-1, 0, 1, 0, false}, {0, 0, 1, 0, false}, {0, 7, 1, 0, false},
+        {3, 4, 2, 4, true}, {6, -3, 1, 6, true},
+    };
+    for (const Case& c : cases) {
+        CVarion v(VT_I4, c.count1, c.count2);
+        ASSERT_EQ(v.GetType(), VT_I4 | VT_ARRAY) << c.count1 << "," << c.count2;
+        EXPECT_TRUE(v.isArray());
+        EXPECT_EQ(SafeArrayGetDim(Access::Var(v).parray), c.dims);
+        EXPECT_EQ(v.GetElementCount(), c.count);
+        EXPECT_EQ(IsFixed(v), c.fixed);
+    }
+    CVarion twoD(VT_I4, 3, 4);
+    EXPECT_EQ(Access::Var(twoD).parray->rgsabound[1].cElements, 3u);  // bound B
+}
+
+TEST(ArrayConstructor, RefusedElementTypesAndCountsGiveEmpty) {
+    for (VARTYPE t : std::initializer_list<VARTYPE>{VT_EMPTY, VT_NULL, VTX_DURATION, VTX_DATETIME, VTX_ISO_DATETIME,
+                                                    VT_DECIMAL, VT_RECORD, 0x2003, 0x7FFF})
+        EXPECT_EQ(CVarion(t, 3, 0).GetType(), VT_EMPTY) << t;
+    EXPECT_EQ(CVarion(VT_I4, -2, 0).GetType(), VT_EMPTY);
+    EXPECT_EQ(CVarion(VT_I4, 0x7FFFFFFF, 0x7FFFFFFF).GetType(), VT_EMPTY);  // too large to allocate
+    EXPECT_EQ(CVarion(VT_I4, 2, 0).GetElementCount(), 2u);
+    EXPECT_EQ(CVarion(5).GetElementCount(), 0u);
+    EXPECT_FALSE(CVarion(5).isArray());
+}
+
+TEST(ArrayAccess, ResizableArraysGrow) {
+    CVarion v(VT_I4, 0, 0);
+    const std::int32_t nine = 9;
+    v.SetElementValue(&nine, 9);
+    EXPECT_EQ(v.GetElementCount(), 10u);
+    EXPECT_EQ(Read<std::int32_t>(v), (std::vector<std::int32_t>{0, 0, 0, 0, 0, 0, 0, 0, 0, 9}));
+
+    CVarion three(VT_I8, -1, 0);
+    const std::int64_t x = -5;
+    three.SetElementValue(&x, 2);
+    std::int64_t got = 77;
+    three.GetElementValue(&got, 5);  // a read grows the array too
+    EXPECT_EQ(three.GetElementCount(), 6u);
+    EXPECT_EQ(got, 0);
+}
+
+TEST(ArrayAccess, FixedArraysIgnoreOutOfRange) {
+    CVarion v(VT_I4, 5, 0);
+    const std::int32_t x = 1;
+    v.SetElementValue(&x, 5);
+    std::int32_t got = 42;
+    v.GetElementValue(&got, 5);
+    v.GetElementValue(&got, -1);
+    v.SetElementValue(&x, -1);
+    EXPECT_EQ(got, 42);
+    EXPECT_EQ(v.GetElementCount(), 5u);
+    EXPECT_EQ(Read<std::int32_t>(v), (std::vector<std::int32_t>{0, 0, 0, 0, 0}));
+    v.GetElementValue(&got, 1L << 40);  // beyond any 32-bit index
+    v.SetElementValue(&x, 1L << 40);
+    EXPECT_EQ(got, 42);
+}
+
+TEST(ArrayAccess, TwoDimensionalElements) {
+    CVarion v(VT_I2, 2, 3);  // bound B 2 rows, bound A 3 columns
+    for (long j = 0; j < 2; ++j)
+        for (long i = 0; i < 3; ++i) {
+            const auto x = static_cast<std::int16_t>(10 * j + i);
+            v.SetElementValue(&x, i, j);
+        }
+    const auto* block = static_cast<const std::int16_t*>(Access::Var(v).parray->pvData);
+    EXPECT_EQ(block[4], 11);  // (1, 1) lies at 1 + 1 x 3
+    std::int16_t got = -1;
+    v.GetElementValue(&got, 2, 1);
+    EXPECT_EQ(got, 12);
+    v.GetElementValue(&got, 2);  // one index reads (i, 0)
+    EXPECT_EQ(got, 2);
+    const std::int16_t y = 99;
+    v.SetElementValue(&y, 0, 2);  // j beyond bound B: nothing written
+    EXPECT_EQ(Read<std::int16_t>(v), (std::vector<std::int16_t>{0, 1, 2}));
+}
+
+TEST(ArrayAccess, BooleansStringsAndVariants) {
+    CVarion flags(VT_BOOL, 2, 0);
+    const bool yes = true;
+    flags.SetElementValue(&yes, 1);
+    const auto* raw = static_cast<const VARIANT_BOOL*>(Access::Var(flags).parray->pvData);
+    EXPECT_EQ(raw[1], VARIANT_TRUE);
+    EXPECT_EQ(raw[0], 0);
+    bool got = false;
+    flags.GetElementValue(&got, 1);
+    EXPECT_TRUE(got);
+
+    CVarion texts(VT_BSTR, 0, 0);
+    const CString a("alpha");
+    texts.SetElementValue(&a, 1);
+    CString back("unchanged");
+    texts.GetElementValue(&back, 1);
+    EXPECT_EQ(varion::test::Utf8(back), "alpha");
+    texts.GetElementValue(&back, 0);  // a null element reads as the empty text
+    EXPECT_EQ(varion::test::Utf8(back), "");
+
+    CVarion values(VT_VARIANT, 3, 0);
+    const CVarion text(OLESTR("in"));
+    values.SetElementValue(&text, 2);
+    CVarion out(7);
+    values.GetElementValue(&out, 2);
+    EXPECT_EQ(varion::test::Utf8(static_cast<CString>(out)), "in");
+}
+
+TEST(ArrayAccess, TypedAccessorsRefuseMismatchedElements) {
+    CVarion v(VT_I4, 2, 0);
+    const std::int32_t x = 0x01020304;
+    v.SetElementValue(&x, 0);
+    std::int64_t wide = 77;
+    std::int16_t narrow = 77;
+    bool flag = false;
+    CString text("keep");
+    v.GetElementValue(&wide, 0);
+    v.GetElementValue(&narrow, 0);
+    v.GetElementValue(&flag, 0);
+    v.GetElementValue(&text, 0);
+    EXPECT_EQ(wide, 77);
+    EXPECT_EQ(narrow, 77);
+    EXPECT_FALSE(flag);
+    EXPECT_EQ(varion::test::Utf8(text), "keep");
+    float f = 0;  // same size as the element: accepted as raw bytes
+    v.GetElementValue(&f, 0);
+    std::int32_t bits = 0;
+    std::memcpy(&bits, &f, 4);
+    EXPECT_EQ(bits, 0x01020304);
+    CVarion scalar(5);
+    std::int32_t untouched = 3;
+    scalar.GetElementValue(&untouched, 0);
+    EXPECT_EQ(untouched, 3);
+}
+
+TEST(Concat, JoinsArraysOfOneTypeCode) {
+    CVarion a(VT_UI1, 0, 0);
+    CVarion b(VT_UI1, 0, 0);
+    for (unsigned char x : std::initializer_list<unsigned char>{1, 2})
+        a.SetElementValue(&x, static_cast<long>(a.GetElementCount()));
+    const unsigned char three = 3;
+    b.SetElementValue(&three, 0);
+    const CVarion joined = a.CONCAT_ARRAY(b);
+    EXPECT_EQ(joined.GetType(), 0x2011);
+    EXPECT_EQ(Read<unsigned char>(joined), (std::vector<unsigned char>{1, 2, 3}));
+    EXPECT_EQ(a.GetElementCount(), 2u);  // operands unchanged
+
+    CVarion s1(VT_BSTR, 0, 0);
+    CVarion s2(VT_BSTR, 2, 0);
+    const CString x("x");
+    const CString y("y");
+    s1.SetElementValue(&x, 0);
+    s2.SetElementValue(&y, 1);
+    const CVarion strings = s1.CONCAT_ARRAY(s2);
+    ASSERT_EQ(strings.GetElementCount(), 3u);
+    CString got;
+    strings.GetElementValue(&got, 2);
+    EXPECT_EQ(varion::test::Utf8(got), "y");
+    EXPECT_NE(Access::Var(strings).parray, Access::Var(s1).parray);
+}
+
+TEST(Concat, RefusalsGiveMinusOne) {
+    const CVarion ints(VT_I4, 2, 0);
+    const CVarion doubles(VT_R8, 2, 0);
+    const CVarion refusals[] = {ints.CONCAT_ARRAY(doubles), ints.CONCAT_ARRAY(CVarion(5)),
+                                CVarion(5).CONCAT_ARRAY(CVarion(5)), CVarion(VT_I4, 2, 2).CONCAT_ARRAY(ints)};
+    for (const CVarion& r : refusals) {
+        EXPECT_EQ(r.GetType(), VT_I2);
+        EXPECT_EQ(static_cast<short>(r), -1);
+    }
+}

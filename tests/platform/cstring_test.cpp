@@ -1,0 +1,87 @@
+// CString: encodings, clamped positions, tokenizing, trimming and case.
+#include "support/test_support.h"
+
+#include <gtest/gtest.h>
+
+using varion::test::Utf8;
+
+TEST(CStringText, EncodingsRoundTrip) {
+    const CString fromUtf8("a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80");  // a, ä, €, U+1F600
+    EXPECT_EQ(fromUtf8.GetLength(), 5);                          // the emoji takes two code units
+    EXPECT_EQ(Utf8(fromUtf8), "a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80");
+    EXPECT_EQ(CString(L"a\u00e4\u20ac\U0001F600"), fromUtf8);
+    // Invalid input becomes U+FFFD, never a crash or a dropped byte.
+    EXPECT_EQ(Utf8(CString("\xFF" "a" "\xC3")), "\xEF\xBF\xBD" "a" "\xEF\xBF\xBD");
+    EXPECT_EQ(Utf8(CString("\xE0\x80\xAF")), "\xEF\xBF\xBD");  // overlong
+    const OLECHAR lone[] = {0xD800, 'x', 0};
+    EXPECT_EQ(Utf8(CString(lone)), "\xEF\xBF\xBDx");
+    EXPECT_TRUE(CString(static_cast<const char*>(nullptr)).IsEmpty());
+}
+
+TEST(CStringText, ExtractionClampsPositions) {
+    const CString s("abcdef");
+    EXPECT_EQ(Utf8(s.Mid(2)), "cdef");
+    EXPECT_EQ(Utf8(s.Mid(2, 2)), "cd");
+    EXPECT_EQ(Utf8(s.Mid(-3, 2)), "ab");
+    EXPECT_EQ(Utf8(s.Mid(4, 100)), "ef");
+    EXPECT_EQ(Utf8(s.Mid(100)), "");
+    EXPECT_EQ(Utf8(s.Left(-1)), "");
+    EXPECT_EQ(Utf8(s.Left(99)), "abcdef");
+    EXPECT_EQ(Utf8(s.Right(2)), "ef");
+    EXPECT_EQ(s.GetAt(6), 0);
+    EXPECT_EQ(s.Find('d'), 3);
+    EXPECT_EQ(s.Find('d', 4), -1);
+    EXPECT_EQ(s.Find('a', 99), -1);
+    EXPECT_EQ(s.Find(OLESTR("cd")), 2);
+    EXPECT_EQ(s.Find(OLESTR("")), 0);
+    EXPECT_EQ(s.ReverseFind('a'), 0);
+    EXPECT_EQ(s.FindOneOf(OLESTR("xyf")), 5);
+}
+
+TEST(CStringText, TokenizeSkipsRunsOfDelimiters) {
+    const CString s(",,a,,bc,");
+    int pos = 0;
+    EXPECT_EQ(Utf8(s.Tokenize(OLESTR(","), pos)), "a");
+    EXPECT_EQ(pos, 4);
+    EXPECT_EQ(Utf8(s.Tokenize(OLESTR(","), pos)), "bc");
+    EXPECT_EQ(Utf8(s.Tokenize(OLESTR(","), pos)), "");
+    EXPECT_EQ(pos, -1);
+    EXPECT_EQ(Utf8(s.Tokenize(OLESTR(","), pos)), "");  // stays finished
+    int whole = 0;
+    EXPECT_EQ(Utf8(CString("xy").Tokenize(OLESTR(""), whole)), "xy");
+    EXPECT_EQ(Utf8(CString("xy").Tokenize(OLESTR(""), whole)), "");
+}
+
+TEST(CStringText, ModifyTrimAndCase) {
+    CString s("  a b\t\r\n");
+    s.Trim();
+    EXPECT_EQ(Utf8(s), "a b");
+    CString u("stra\xC3\x9F" "e \xC3\xA4x");
+    u.MakeUpper();
+    EXPECT_EQ(Utf8(u), "STRA\xC3\x9F" "E \xC3\x84X");  // ß has no single-letter upper case
+    CString r("a.b.c");
+    EXPECT_EQ(r.Replace('.', ','), 2);
+    EXPECT_EQ(r.Replace(OLESTR(","), OLESTR("--")), 2);
+    EXPECT_EQ(Utf8(r), "a--b--c");
+    EXPECT_EQ(r.Replace(OLESTR(""), OLESTR("x")), 0);
+    EXPECT_EQ(r.Remove('-'), 4);
+    EXPECT_EQ(r.Insert(99, '!'), 4);
+    EXPECT_EQ(r.Delete(-5, 2), 2);
+    EXPECT_EQ(Utf8(r), "c!");
+    EXPECT_EQ(CString("abc").CompareNoCase(OLESTR("ABD")), -1);
+    EXPECT_EQ(CString("b").Compare(OLESTR("a")), 1);
+    EXPECT_EQ(CString("").Compare(nullptr), 0);
+}
+
+TEST(CByteArrayTest, SizeAndAccess) {
+    CByteArray a;
+    a.SetSize(3);
+    a.SetAt(1, 7);
+    a.SetAt(5, 9);  // out of range: nothing
+    EXPECT_EQ(a.GetSize(), 3);
+    EXPECT_EQ(a.GetAt(1), 7);
+    EXPECT_EQ(a.GetAt(-1), 0);
+    EXPECT_EQ(a.Add(4), 3);
+    a.SetSize(-1);
+    EXPECT_TRUE(a.IsEmpty());
+}

@@ -1,0 +1,98 @@
+// Type predicates and the device-description type mapping over every code.
+#include "support/test_support.h"
+#include "value/access.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <set>
+
+namespace {
+
+const std::set<unsigned> kNumeric = {2, 3, 4, 5, 11, 16, 17, 18, 19, 20, 21};
+const std::set<unsigned> kDateTime = {7, 102, 103, 106};
+const std::set<unsigned> kDuration = {100, 101, 105};
+
+}  // namespace
+
+TEST(Catalogue, PredicatesOverEveryTypeCode) {
+    for (unsigned code = 0; code <= 0xFFFF; ++code) {
+        const auto t = static_cast<VARTYPE>(code);
+        const bool numeric = kNumeric.count(code) > 0;
+        const bool dateTime = kDateTime.count(code) > 0;
+        const bool duration = kDuration.count(code) > 0;
+        ASSERT_EQ(CVarion::IsNumericType(t), numeric) << code;
+        ASSERT_EQ(CVarion::IsStringType(t), code == 8) << code;
+        ASSERT_EQ(CVarion::IsDateTimeType(t), dateTime) << code;
+        ASSERT_EQ(CVarion::IsDurationType(t), duration) << code;
+        ASSERT_EQ(CVarion::IsAnyDateType(t), dateTime || duration) << code;
+        ASSERT_EQ(CVarion::IsNativeVariant(t), !(code == 100 || code == 101 || code == 105 || code == 106)) << code;
+    }
+}
+
+TEST(Catalogue, IsNumericOfValues) {
+    EXPECT_EQ(CVarion(5).IsNumeric(), 1);
+    EXPECT_EQ(CVarion(true).IsNumeric(), 1);
+    EXPECT_EQ(CVarion(OLESTR("5")).IsNumeric(), 0);
+    EXPECT_EQ(CVarion().IsNumeric(), 0);
+    EXPECT_EQ(CVarion(VT_I4, 3, 0).IsNumeric(), 0);
+    // The date family counts except the two native extended date-times.
+    CVarion date(1.0);
+    for (VARTYPE t : std::initializer_list<VARTYPE>{VT_DATE, VTX_DURATION, VTX_DURATION_MSF, VTX_ISO_DURATION, VTX_ISO_DATETIME}) {
+        varion::detail::Access::Var(date).vt = t;
+        EXPECT_EQ(date.IsNumeric(), 1) << t;
+    }
+    for (VARTYPE t : std::initializer_list<VARTYPE>{VTX_DATETIME_ALT, VTX_DATETIME}) {
+        varion::detail::Access::Var(date).vt = t;
+        EXPECT_EQ(date.IsNumeric(), 0) << t;
+    }
+    varion::detail::Access::Var(date).vt = VT_R8;
+}
+
+TEST(Catalogue, DeviceDescriptionTypes) {
+    struct Case {
+        unsigned short dd;
+        short size;
+        VARTYPE want;
+    };
+    const Case cases[] = {
+        {1, 4, VT_I4},      {1, 3, VT_I4},         {1, 5, VT_I8},        {1, 2, VT_I2},        {1, 1, VT_I1},
+        {1, 0, VT_I1},      {1, -5, VT_I1},        {1, 32767, VT_I8},    {2, 8, VT_UI8},       {2, 1, VT_UI1},
+        {5, 4, VT_UI4},     {6, 2, VT_UI2},        {13, 8, VT_UI4},      {13, 3, VT_UI4},      {13, 2, VT_UI2},
+        {13, -1, VT_UI1},   {3, 8, VT_R4},         {22, 1, VT_R4},       {23, 4, VT_R4},       {24, 0, VT_R4},
+        {4, 4, VT_R8},      {7, 1, VT_BSTR},       {26, 9, VT_BSTR},     {19, 0, VT_BSTR},     {12, 0, 0x2011},
+        {12, 100, 0x2011},  {14, 0, VT_DATE},      {15, 8, VT_DATE},     {20, 8, VT_DATE},     {16, 8, VTX_DURATION_MSF},
+        {17, 8, VTX_DURATION}, {18, 1, VT_BOOL},   {21, 4, VT_EMPTY},    {25, 2, VT_I4},       {300, 8, VTX_ISO_DATETIME},
+        {301, 8, VTX_ISO_DURATION}, {0, 4, VT_EMPTY}, {27, 4, VT_EMPTY}, {299, 4, VT_EMPTY},   {302, 4, VT_EMPTY},
+        {65535, 4, VT_EMPTY},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(CVarion::DDType2VariantType(c.dd, c.size), c.want) << c.dd << " size " << c.size;
+}
+
+TEST(Catalogue, DeviceDescriptionTypesNeverNameAnExtendedDateTime) {
+    for (unsigned dd = 0; dd <= 0xFFFF; ++dd) {
+        for (short size : std::initializer_list<short>{-32768, -1, 0, 1, 2, 3, 4, 5, 8, 32767}) {
+            const VARTYPE t = CVarion::DDType2VariantType(static_cast<unsigned short>(dd), size);
+            ASSERT_NE(t, VTX_DATETIME) << dd;
+            ASSERT_NE(t, VTX_DATETIME_ALT) << dd;
+            if (dd > 26 && dd != 300 && dd != 301) {
+                ASSERT_EQ(t, VT_EMPTY) << dd;
+            }
+        }
+    }
+}
+
+TEST(Catalogue, LayoutIsAVariant) {
+    static_assert(sizeof(CVarion) == 16);
+    CVarion v(3.5f);
+    const auto b = varion::test::Bytes(v);
+    EXPECT_EQ(b[0], VT_R4);
+    EXPECT_EQ(b[1], 0);
+    float f = 0;
+    std::memcpy(&f, b.data() + 8, 4);
+    EXPECT_EQ(f, 3.5f);  // a single, not widened
+    const VARIANT& var = *reinterpret_cast<const VARIANT*>(&v);
+    EXPECT_EQ(var.vt, VT_R4);
+    EXPECT_EQ(var.fltVal, 3.5f);
+}
