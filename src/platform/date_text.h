@@ -1,0 +1,27 @@
+// Locale texts of Automation dates: the work behind VarBstrFromDate and
+// VarDateFromStr, on caller buffers and views so that nothing is allocated.
+#pragma once
+
+#include "platform/locales.h"
+
+#include <varion/platform/cstring.h>
+
+namespace varion::detail {
+
+/// Room FormatDateText needs in its output buffer, terminator included.
+constexpr int kDateTextCapacity = 128;
+
+/// Renders `value` by the locale's short date and long time patterns into
+/// `out` (kDateTextCapacity units, null-terminated); answers the length, or
+/// -1 when the date lies outside the calendar range or both VAR_TIMEVALUEONLY
+/// and VAR_DATEVALUEONLY are given. The time is rounded to the nearest second.
+/// Without flags a date on 1899-12-30 renders as the time alone and a time of
+/// 00:00:00 as the date alone: en-US 45613.5 gives "11/17/2024 12:00:00 PM".
+int FormatDateText(double value, const LocaleInfo& locale, ULONG flags, OLECHAR* out) noexcept;
+
+/// Parses a date, a time or both (see VarDateFromStr for the accepted forms).
+/// Answers S_OK with `value` set, DISP_E_TYPEMISMATCH for a text that is not
+/// a valid date or time, E_INVALIDARG for both value-only flags at once.
+HRESULT ParseDateText(OleStringView text, const LocaleInfo& locale, ULONG flags, double& value) noexcept;
+
+}  // namespace varion::detail

@@ -1,0 +1,305 @@
+// Date-time texts: the locale form with milliseconds, ISO 8601, and
+// GetISO8601DateTimeString with the zone offset.
+#include "datetime/datetime.h"
+#include "platform/locales.h"
+#include "support/test_support.h"
+#include "value/access.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <random>
+#include <string>
+
+using namespace varion::detail;
+using varion::test::ScopedEnv;
+using varion::test::Utf8;
+
+namespace {
+
+const double kMs = 1.0 / 86400000.0;
+
+double Date(long y, long mo, long d, long h = 0, long mi = 0, long s = 0, long ms = 0) {
+    double value = -1;
+    EXPECT_EQ(DateFromFields(y, mo, d, h, mi, s, ms, value), 0);
+    return value;
+}
+
+// Sets the user's locale for the scope through LC_ALL.
+class UserLocale {
+public:
+    explicit UserLocale(const char* name) : m_all("LC_ALL", name) {}
+
+private:
+    ScopedEnv m_all;
+};
+
+struct Instant {
+    long y, mo, d, h, mi, s, ms;
+};
+
+// A spread of instants over the whole calendar range; milliseconds only on
+// and after 1899-12-30, where the text carries them.
+std::vector<Instant> Spread(unsigned seed, int count) {
+    std::mt19937 random(seed);
+    std::vector<Instant> instants = {
+        {100, 1, 1, 0, 0, 0, 0},       {9999, 12, 31, 23, 59, 59, 999}, {1899, 12, 30, 0, 0, 0, 0},
+        {1899, 12, 30, 12, 0, 0, 1},   {1899, 12, 29, 23, 59, 59, 0},   {2026, 11, 17, 0, 0, 0, 0},
+        {2026, 11, 17, 0, 0, 0, 5},    {2026, 11, 17, 12, 0, 0, 0},     {2026, 11, 17, 20, 18, 38, 999},
+        {1582, 10, 15, 0, 0, 1, 0},    {2000, 2, 29, 23, 59, 59, 999},
+    };
+    for (int i = 0; i < count; ++i) {
+        Instant t;
+        t.y = std::uniform_int_distribution<long>(100, 9999)(random);
+        t.mo = std::uniform_int_distribution<long>(1, 12)(random);
+        t.d = std::uniform_int_distribution<long>(1, 28)(random);
+        t.h = std::uniform_int_distribution<long>(0, 23)(random);
+        t.mi = std::uniform_int_distribution<long>(0, 59)(random);
+        t.s = std::uniform_int_distribution<long>(0, 59)(random);
+        t.ms = std::uniform_int_distribution<long>(0, 999)(random);
+        if (t.y < 1900) t.ms = 0;
+        instants.push_back(t);
+    }
+    return instants;
+}
+
+void ExpectSameInstant(double a, double b, const std::string& context) {
+    DateTimeFieldSet x, y;
+    ASSERT_TRUE(DateTimeFields(a, x)) << context;
+    ASSERT_TRUE(DateTimeFields(b, y)) << context;
+    EXPECT_EQ(x.year, y.year) << context;
+    EXPECT_EQ(x.month, y.month) << context;
+    EXPECT_EQ(x.day, y.day) << context;
+    EXPECT_EQ(x.hour, y.hour) << context;
+    EXPECT_EQ(x.minute, y.minute) << context;
+    EXPECT_EQ(x.second, y.second) << context;
+    EXPECT_EQ(x.millisecond, y.millisecond) << context;
+}
+
+// Every text FormatDateTime writes, in every locale of the table, parses back
+// to the same instant: as written, upper-cased (as text conversion prepares
+// it), and with "." instead of "," before the milliseconds.
+TEST(DateTimeText, EveryLocaleReadsItsOwnTextsBack) {
+    for (const LocaleInfo& locale : AllLocales()) {
+        UserLocale user(locale.name[0] != 0 ? locale.name : "C");
+        for (const Instant& t : Spread(17, 1000)) {
+            const double value = Date(t.y, t.mo, t.d, t.h, t.mi, t.s, t.ms);
+            CString text = FormatDateTime(value);
+            const std::string shown = Utf8(text) + " in " + (locale.name[0] != 0 ? locale.name : "invariant");
+            ASSERT_EQ(text.Find(','), t.ms > 0 ? text.GetLength() - 4 : -1) << shown;
+            double back = -1;
+            ASSERT_EQ(ParseDateTimeText(text, 0, 0, back), RC_OK) << shown;
+            ExpectSameInstant(value, back, shown);
+            text.MakeUpper();
+            ASSERT_EQ(ParseDateTimeText(text, 0, 0, back), RC_OK) << shown;
+            ExpectSameInstant(value, back, shown);
+            if (t.ms > 0 && text.Find(':') >= 0) {
+                text.SetAt(text.GetLength() - 4, '.');
+                ASSERT_EQ(ParseDateTimeText(text, 0, 0, back), RC_OK) << shown;
+                ExpectSameInstant(value, back, shown);
+            }
+        }
+    }
+}
+
+TEST(DateTimeText, FormatDateTimeExamples) {
+    struct Row {
+        const char* locale;
+        double value;
+        const char* text;
+    };
+    const Row rows[] = {
+        {"de_DE.UTF-8", Date(2026, 11, 17, 20, 18, 38, 250), "17.11.2026 20:18:38,250"},
+        {"de_DE.UTF-8", Date(2026, 11, 17, 20, 18, 38, 999), "17.11.2026 20:18:38,999"},
+        {"de_DE.UTF-8", Date(2026, 11, 17, 23, 59, 59, 999), "17.11.2026 23:59:59,999"},
+        {"de_DE.UTF-8", Date(2026, 11, 17, 20, 18, 38), "17.11.2026 20:18:38"},
+        {"de_DE.UTF-8", Date(2026, 11, 17, 0, 0, 0, 5), "17.11.2026,005"},
+        {"de_DE.UTF-8", 0.5 + 5 * kMs, "12:00:00,005"},
+        {"de_DE.UTF-8", Date(1899, 12, 29, 6, 0, 0, 500), "29.12.1899 05:59:59"},
+        {"en_US.UTF-8", Date(2026, 11, 17, 20, 18, 38, 250), "11/17/2026 8:18:38 PM,250"},
+        {"en_US.UTF-8", 2958466.0, ""},
+        {"en_US.UTF-8", -1e12, ""},
+    };
+    for (const Row& r : rows) {
+        UserLocale user(r.locale);
+        EXPECT_EQ(Utf8(FormatDateTime(r.value)), r.text) << r.value;
+    }
+}
+
+TEST(DateTimeText, ParseDateTimeTextRules) {
+    struct Row {
+        const char* text;
+        ULONG flags;
+        LCID lcid;
+        long rc;
+        double value;
+    };
+    UserLocale user("en_US.UTF-8");
+    const double evening = Date(2026, 11, 17, 20, 18, 38);
+    const Row rows[] = {
+        {"10:00:05.25", 0, 0, RC_OK, Date(1899, 12, 30, 10, 0, 5, 250)},
+        {"10:00:05,25", 0, 0, RC_OK, Date(1899, 12, 30, 10, 0, 5, 250)},
+        {"17.11.2026 20:18:38,250", 0, 0, RC_OK, evening + 250 * kMs},
+        {"17.11.2026 20:18:38,123456", 0, 0, RC_OK, evening + 123.456 * kMs},
+        {"17.11.2026", 0, 0, RC_OK, Date(2026, 11, 17)},
+        {",17.11.2026", 0, 0, RC_OK, Date(2026, 11, 17)},
+        {"17.11.2026,", 0, 0, RC_OK, Date(2026, 11, 17)},
+        {"17/11/2026 20:18:38", 0, 0x0407, RC_OK, evening},  // the given locale, not the user's
+        {"17.11.2026 20:18:38", VAR_DATEVALUEONLY, 0, RC_OK, Date(2026, 11, 17)},
+        {"", 0, 0, RC_OK, 0.0},  // no date-and-time part: 0.0
+        {",,,", 0, 0, RC_OK, 0.0},
+        {"17/11/2026", 0, 0, RC_NOT_CONVERTIBLE, 0},
+        {"abc,5", 0, 0, RC_NOT_CONVERTIBLE, 0},
+        {"17.11.2026", 0, 0x0419, RC_NOT_CONVERTIBLE, 0},
+        {"17.11.2026 20:18:38,25x", 0, 0, RC_NOT_APPLICABLE, 0},
+        {"17.11.2026 20:18:38,250,5", 0, 0, RC_NOT_APPLICABLE, 0},
+        {"17.11.2026 20:18:38, 5", 0, 0, RC_NOT_APPLICABLE, 0},
+        {"17.11.2026 20:18:38,-5", 0, 0, RC_NOT_APPLICABLE, 0},
+    };
+    for (const Row& r : rows) {
+        double value = -1;
+        ASSERT_EQ(ParseDateTimeText(CString(r.text), r.flags, r.lcid, value), r.rc) << r.text;
+        if (r.rc == RC_OK) {
+            EXPECT_NEAR(value, r.value, 1e-9) << r.text;
+        }
+    }
+}
+
+// ISO texts of instants all over the range, written and read back exactly.
+TEST(IsoDateTime, RoundTripFromYear100To9999) {
+    for (const Instant& t : Spread(29, 20000)) {
+        const double value = Date(t.y, t.mo, t.d, t.h, t.mi, t.s, t.ms);
+        char expected[64];
+        std::snprintf(expected, sizeof(expected), "%04ld-%02ld-%02ldT%02ld:%02ld:%02ld", t.y, t.mo, t.d, t.h, t.mi,
+                      t.s);
+        std::string text = expected;
+        if (t.ms > 0) {
+            std::snprintf(expected, sizeof(expected), ".%03ld", t.ms);
+            text += expected;
+            while (text.back() == '0') text.pop_back();
+        }
+        const CString written = FormatIsoDateTime(value);
+        ASSERT_EQ(Utf8(written), text);
+        double back = -1;
+        ASSERT_EQ(ParseIsoDateTime(written, back), 0) << text;
+        ASSERT_EQ(back, value) << text;
+    }
+}
+
+TEST(IsoDateTime, ParseAndFormatRules) {
+    struct Row {
+        const char* text;
+        int flag;
+        double value;
+    };
+    const Row rows[] = {
+        {"2026-11-17", 0, Date(2026, 11, 17)},
+        {"2026-11-17T20:18", 0, Date(2026, 11, 17, 20, 18)},
+        {"2026-11-17T20:18:38", 0, Date(2026, 11, 17, 20, 18, 38)},
+        {"2026-11-17T20:18:38.25", 0, Date(2026, 11, 17, 20, 18, 38, 250)},
+        {"2026-11-17T20:18:38.5", 0, Date(2026, 11, 17, 20, 18, 38, 500)},
+        {"2026-11-17T20:18:38.123456", 0, Date(2026, 11, 17, 20, 18, 38, 123)},
+        {"2026-11-17T20:18:38+01:00", 0, Date(2026, 11, 17, 20, 18, 38)},  // the zone is not read
+        {"0100-01-01T00:00:00", 0, Date(100, 1, 1)},
+        {"2026-02-30", 1, 0},
+        {"20261117", 1, 0},
+        {"2026-11", 1, 0},
+        {"", 1, 0},
+        {"abc", 1, 0},
+        {"2026-11-17T24:00:00", 1, 0},
+        {"10000-01-01", 1, 0},
+    };
+    for (const Row& r : rows) {
+        double value = -1;
+        ASSERT_EQ(ParseIsoDateTime(CString(r.text), value), r.flag) << r.text;
+        if (r.flag == 0) {
+            EXPECT_EQ(value, r.value) << r.text;
+        }
+    }
+    EXPECT_EQ(Utf8(FormatIsoDateTime(Date(2026, 11, 17))), "2026-11-17T00:00:00");
+    EXPECT_EQ(Utf8(FormatIsoDateTime(Date(2026, 11, 17, 0, 0, 0, 1))), "2026-11-17T00:00:00.001");
+    EXPECT_EQ(Utf8(FormatIsoDateTime(-1.25)), "1899-12-29T06:00:00");
+    EXPECT_EQ(Utf8(FormatIsoDateTime(2958466.0)), "");
+}
+
+CVarion DateValue(double x) {
+    CVarion v;
+    Access::Var(v).vt = VT_DATE;
+    Store(Access::Var(v), x);
+    return v;
+}
+
+TEST(Iso8601String, ZoneOffsetsAndForms) {
+    struct Row {
+        const char* tz;
+        bool zone;
+        double value;
+        const char* text;
+    };
+    const double evening = Date(2026, 11, 17, 20, 18, 38);
+    const Row rows[] = {
+        {"CET-1", true, evening, "2026-11-17T20:18:38+01:00"},
+        {"CET-1", true, Date(2026, 11, 17), "2026-11-17"},  // a date alone has no zone
+        {"CET-1", true, 0.5, "12:00:00+01:00"},
+        {"CET-1", false, evening, "2026-11-17T20:18:38"},
+        {"IST-5:30", true, evening, "2026-11-17T20:18:38+05:30"},
+        {"NST3:30", true, evening, "2026-11-17T20:18:38-03:30"},
+        {"EST5EDT", true, Date(2026, 7, 1, 12), "2026-07-01T12:00:00-05:00"},  // standard offset only
+        {"UTC0", true, evening, "2026-11-17T20:18:38"},
+        {"CET-1", true, evening + 0.6 / 86400, "2026-11-17T20:18:39+01:00"},  // nearest second
+        {"CET-1", true, -1.25, "1899-12-29T06:00:00+01:00"},
+        {"CET-1", true, 2958466.0, ""},
+    };
+    for (const Row& r : rows) {
+        ScopedEnv tz("TZ", r.tz);
+        EXPECT_EQ(Utf8(DateValue(r.value).GetISO8601DateTimeString(r.zone)), r.text) << r.tz << " " << r.value;
+    }
+}
+
+TEST(Iso8601String, TextsAndOtherTypes) {
+    UserLocale user("en_US.UTF-8");
+    ScopedEnv tz("TZ", "CET-1");
+    struct Row {
+        CVarion value;
+        const char* text;
+    };
+    const Row rows[] = {
+        {CVarion("11/17/2026 8:18:38 PM"), "2026-11-17T20:18:38"},
+        {CVarion("17.11.2026 20:18:38"), "2026-11-17T20:18:38"},
+        {CVarion("17/11/2026 20:18:38"), "2026-11-17T20:18:38"},  // only the German attempt reads it
+        {CVarion("1. März 2026"), "2026-03-01"},
+        {CVarion("  2026-11-17  "), "2026-11-17"},
+        {CVarion("no date"), ""},
+        {CVarion(""), ""},
+        {CVarion(2026, 11, 17, 20, 18, 38, 0, VTX_DATETIME), ""},  // only VT_DATE and strings
+        {CVarion(2026, 11, 17, 20, 18, 38, 0, VTX_ISO_DATETIME), ""},
+        {CVarion(46343.5), ""},
+        {CVarion(), ""},
+    };
+    for (const Row& r : rows) EXPECT_EQ(Utf8(r.value.GetISO8601DateTimeString(false)), r.text);
+    EXPECT_EQ(Utf8(CVarion(2026, 11, 17, 20, 18, 38, 250, VT_DATE).GetISO8601DateTimeString(true)),
+              "2026-11-17T20:18:38+01:00");  // no milliseconds in this form
+}
+
+TEST(DateTimeText, ParsingAllocatesNothingAndFormattingOnlyItsResult) {
+    UserLocale user("de_DE.UTF-8");
+    const CString text("17.11.2026 20:18:38,250");
+    const CString iso("2026-11-17T20:18:38.25");
+    const double value = Date(2026, 11, 17, 20, 18, 38, 250);
+    double back = 0;
+    long before = varion::test::AllocationCount();
+    EXPECT_EQ(ParseDateTimeText(text, 0, 0, back), RC_OK);
+    EXPECT_EQ(ParseIsoDateTime(iso, back), 0);
+    EXPECT_EQ(VarDateFromStr(text.GetString(), 0x0407, 0, &back), DISP_E_TYPEMISMATCH);  // the comma is no date
+    EXPECT_EQ(varion::test::AllocationCount() - before, 0);
+    before = varion::test::AllocationCount();
+    const CString a = FormatDateTime(value);
+    EXPECT_LE(varion::test::AllocationCount() - before, 1);
+    before = varion::test::AllocationCount();
+    const CString b = FormatIsoDateTime(value);
+    EXPECT_LE(varion::test::AllocationCount() - before, 1);
+    EXPECT_EQ(Utf8(a), "17.11.2026 20:18:38,250");
+    EXPECT_EQ(Utf8(b), "2026-11-17T20:18:38.25");
+}
+
+}  // namespace
