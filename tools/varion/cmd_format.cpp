@@ -5,13 +5,37 @@
 #include <cstdio>
 
 namespace cli {
+namespace {
+
+// A date-family value holding `text` read as its stored day count (days since
+// 1899-12-30 for date-times, the length in days for durations). A number
+// changes into a date-time as days since 1900-01-01 and into a duration as a
+// count of milliseconds (1/32 ms for VTX_DURATION_MSF), so the day count is
+// brought into those units first.
+bool DayCount(const std::string& text, VARTYPE type, CVarion& value) {
+    double days = 0;
+    const char* first = text.data() + (!text.empty() && text[0] == '+' ? 1 : 0);
+    const char* last = text.data() + text.size();
+    const auto [ptr, ec] = std::from_chars(first, last, days);
+    if (ec != std::errc() || ptr != last || first == last) return false;
+    double number = days - 2.0;
+    if (CVarion::IsDurationType(type)) number = days * (type == VTX_DURATION_MSF ? 2764800000.0 : 86400000.0);
+    CVarion converted(number);
+    if (converted.SetType(type) != RC_OK) return false;
+    value = converted;
+    return true;
+}
+
+}  // namespace
 
 int Format(const Args& args) {
     if (args.Flag("help")) {
         std::printf(
             "usage: varion format VALUE --type TYPE [--format FORMAT] [--dd-type N]\n"
             "  Reads VALUE as text into a value of type TYPE (as SetType reads a\n"
-            "  string) and prints it rendered by GetStringWithDisplayFormat.\n"
+            "  string) and prints it rendered by GetStringWithDisplayFormat. For a\n"
+            "  date or duration type, VALUE may also be the stored day count (days\n"
+            "  since 1899-12-30 for date-times, the length in days for durations).\n"
             "  FORMAT: a printf-like format (%%5.2f, %%X, %%o, %%b, %%s ...), a duration\n"
             "  format (%%H:%%M:%%S) or a strftime pattern for VTX_ISO_DATETIME; empty\n"
             "  or missing: the value's plain text.\n"
@@ -42,7 +66,8 @@ int Format(const Args& args) {
 
     const std::string& text = args.Positionals()[0];
     CVarion value(text.c_str());
-    if (value.SetType(*type) < 0) return Usage("format: '" + text + "' is not a " + TypeName(*type) + " value");
+    if (value.SetType(*type) < 0 && !(CVarion::IsAnyDateType(*type) && DayCount(text, *type, value)))
+        return Usage("format: '" + text + "' is not a " + TypeName(*type) + " value");
 
     const CString shown = value.GetStringWithDisplayFormat(CString(format.c_str()), ddType);
     std::printf("%s\n", shown.ToUtf8().c_str());
