@@ -21,9 +21,4 @@ CString PlainText(const CVarion& value);
 /// with its category's reading and finishing. "%X" of VT_I4 31 gives "0x1F".
 CString ScalarText(const CVarion& value, CString format);
 
-/// The text the formatter writes for `format` and its one argument; the
-/// empty text when the format cannot be used or the text would exceed 99
-/// characters. The text ends at a U+0000 that %c may have written.
-CString FormatDisplay(const CString& format, const FormatArg& arg);
-
 }  // namespace varion::detail

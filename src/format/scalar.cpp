@@ -106,22 +106,38 @@ const Row* RowOf(const Row (&rows)[N], VARTYPE type) noexcept {
     return nullptr;
 }
 
-// The base-2 digits of the value: no leading zeros, "0" for zero, a negative
-// number as its two's complement of the type's width; empty for other types.
-CString BinaryDigits(const CVarion& v) {
+// Writes the base-2 digits of the value into `out` (room for 64): no leading
+// zeros, "0" for zero, a negative number as its two's complement of the
+// type's width; nothing for other types. Answers the count written.
+std::size_t BinaryDigits(const CVarion& v, OLECHAR* out) noexcept {
     const BinaryRow* row = RowOf(kBinaryRows, Access::Var(v).vt);
-    if (row == nullptr) return CString();
+    if (row == nullptr) return 0;
     unsigned long long bits = ReadBits(v, row->read);
     if (row->bits < 64) bits &= (1ULL << row->bits) - 1;
     char digits[64];
     const auto r = std::to_chars(digits, digits + sizeof digits, bits, 2);
-    CString text;
-    for (const char* p = digits; p != r.ptr; ++p) text += static_cast<OLECHAR>(*p);
-    return text;
+    const auto count = static_cast<std::size_t>(r.ptr - digits);
+    for (std::size_t i = 0; i < count; ++i) out[i] = static_cast<OLECHAR>(digits[i]);
+    return count;
 }
 
-bool StartsWith0x(const CString& text) noexcept {
-    return text.GetLength() >= 2 && text[0] == OLESTR('0') && (text[1] == OLESTR('x') || text[1] == OLESTR('X'));
+// Formats `format` with its one argument into `out` (kFormatBufferSize code
+// units); the text read as the platform's buffer reads, up to its first U+0000.
+OleStringView FormatInto(const CString& format, const FormatArg& arg, OLECHAR* out) noexcept {
+    const FormatResult r = FormatOne(format.View(), arg, out, kFormatBufferSize);
+    const OleStringView text(out, r.length);
+    return text.substr(0, text.find(OLECHAR(0)));
+}
+
+bool StartsWith0x(OleStringView text) noexcept {
+    return text.size() >= 2 && text[0] == OLESTR('0') && (text[1] == OLESTR('x') || text[1] == OLESTR('X'));
+}
+
+// CheckDecimalPoint replaces the C library's separator, which it finds as the
+// "." or "," in "%.1f" of 1.5; a text holding neither has nothing to replace,
+// and skipping it spares the lookup of the user's separator.
+void AdjustDecimalPoint(CString& text) noexcept {
+    if (text.View().find_first_of(OLESTR(".,")) != OleStringView::npos) CVarion::CheckDecimalPoint(text);
 }
 
 }  // namespace
@@ -136,80 +152,111 @@ bool CategoryOf(OLECHAR c, Category& category) noexcept {
     return false;
 }
 
-CString FormatDisplay(const CString& format, const FormatArg& arg) {
-    OLECHAR buffer[kFormatBufferSize];
-    FormatOne(format.View(), arg, buffer, kFormatBufferSize);
-    return CString(buffer);
-}
-
 CString PlainText(const CVarion& value) {
     CString text;
     if (!Access::HandleNaN(value, text)) text = static_cast<CString>(value);
-    CVarion::CheckDecimalPoint(text);
+    AdjustDecimalPoint(text);
     return text;
 }
 
 CString ScalarText(const CVarion& value, CString f) {
+    // Plain text unless the format holds a conversion character somewhere.
+    const OleStringView given = f.View();
     Category category{};
-    if (f.FindOneOf(OLESTR("cCdiouxXeEfgGsSb")) < 0) return PlainText(value);
-    if (f.Find(OLESTR('%')) < 0) f.Insert(0, OLESTR('%'));
-    int q = -1;
-    for (int i = f.Find(OLESTR('%')); i < f.GetLength(); ++i) {
-        if (CategoryOf(f[i], category)) {
+    bool any = false;
+    for (const OLECHAR c : given) {
+        if (CategoryOf(c, category)) {
+            any = true;
+            break;
+        }
+    }
+    if (!any) return PlainText(value);
+    if (given.find(OLESTR('%')) == OleStringView::npos) f.Insert(0, OLESTR('%'));
+    const OleStringView format = f.View();
+    std::size_t q = OleStringView::npos;
+    for (std::size_t i = format.find(OLESTR('%')); i < format.size(); ++i) {
+        if (CategoryOf(format[i], category)) {
             q = i;
             break;
         }
     }
-    if (q < 0) return PlainText(value);
+    if (q == OleStringView::npos) return PlainText(value);
 
-    CString text;
+    // The text is made in `body`, with room in front for the finishing prefix
+    // and behind for the binary suffix, so that the result is built once.
+    constexpr std::size_t kFront = 2;
+    OLECHAR buffer[kFront + kFormatBufferSize + 1];
+    OLECHAR* const body = buffer + kFront;
+    OleStringView text;
+    CString special;  // the NaN and infinity texts
     switch (category) {
     case Category::FMT_UNSIGNED:
-        text = FormatDisplay(f, FormatArg(static_cast<ULONGLONG>(value)));
+        text = FormatInto(f, FormatArg(static_cast<ULONGLONG>(value)), body);
         break;
     case Category::FMT_SIGNED:
-        text = FormatDisplay(f, FormatArg(static_cast<LONGLONG>(value)));
+        text = FormatInto(f, FormatArg(static_cast<LONGLONG>(value)), body);
         break;
     case Category::FMT_FLOAT:
-        if (!Access::HandleNaN(value, text)) text = FormatDisplay(f, FormatArg(static_cast<double>(value)));
+        if (Access::HandleNaN(value, special)) {
+            AdjustDecimalPoint(special);
+            return special;
+        }
+        text = FormatInto(f, FormatArg(static_cast<double>(value)), body);
         break;
     case Category::FMT_TEXT: {
         const CString own = static_cast<CString>(value);
-        text = FormatDisplay(f, FormatArg(own));
+        text = FormatInto(f, FormatArg(own), body);
         break;
     }
     case Category::FMT_HEX:
     case Category::FMT_OCTAL:
         if (const HexRow* row = RowOf(kHexRows, Access::Var(value).vt)) {
-            f.Insert(q, row->prefix);
-            text = FormatDisplay(f, FormatArg(ReadBits(value, row->read)));
+            f.Insert(static_cast<int>(q), row->prefix);
+            text = FormatInto(f, FormatArg(ReadBits(value, row->read)), body);
+        } else {
+            text = OleStringView(body, 0);
         }
         break;
     case Category::FMT_BINARY:
-        text = BinaryDigits(value);
+        text = OleStringView(body, BinaryDigits(value, body));
         break;
     }
-    CVarion::CheckDecimalPoint(text);
 
+    // The finishing steps. They look at the first two and the last character
+    // only, never at a "." or ",", so they may be decided before the decimal
+    // separator is adjusted; adding a prefix or suffix adds no separator.
+    std::size_t front = 0;
+    std::size_t back = 0;
     switch (category) {
     case Category::FMT_HEX:
-        if (text.IsEmpty() || text[text.GetLength() - 1] != OLESTR('h')) {
-            if (text.GetLength() <= 2 || !StartsWith0x(text)) text.Insert(0, OLESTR("0x"));
+        if ((text.empty() || text.back() != OLESTR('h')) && (text.size() <= 2 || !StartsWith0x(text))) {
+            buffer[0] = OLESTR('0');
+            buffer[1] = OLESTR('x');
+            front = 2;
         }
         break;
     case Category::FMT_BINARY:
-        if (f.Find(OLESTR('b'), q + 1) >= 0)
-            text += OLESTR('b');
-        else
-            text.Insert(0, OLESTR("0b"));
+        if (f.View().find(OLESTR('b'), q + 1) != OleStringView::npos) {
+            body[text.size()] = OLESTR('b');
+            back = 1;
+        } else {
+            buffer[0] = OLESTR('0');
+            buffer[1] = OLESTR('b');
+            front = 2;
+        }
         break;
     case Category::FMT_OCTAL:
-        if (text.IsEmpty() || text[0] != OLESTR('0')) text.Insert(0, OLESTR('0'));
+        if (text.empty() || text[0] != OLESTR('0')) {
+            buffer[1] = OLESTR('0');
+            front = 1;
+        }
         break;
     default:
         break;
     }
-    return text;
+    CString result(OleStringView(body - front, front + text.size() + back));
+    AdjustDecimalPoint(result);
+    return result;
 }
 
 }  // namespace varion::detail
