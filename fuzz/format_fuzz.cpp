@@ -1,4 +1,5 @@
-// Fuzz target: the formatter and the pattern renderer with untrusted formats.
+// Fuzz target: the formatter, the pattern renderer and the display formats of
+// the value class with untrusted formats.
 //
 // Input layout: byte 0 chooses the argument's kind and how the rest is read
 // as text (bit 7: UTF-16 pairs, otherwise one code unit per byte); bytes 1-8
@@ -8,6 +9,9 @@
 // with __builtin_trap.
 #include "platform/format.h"
 #include "platform/strftime.h"
+#include "value/access.h"
+
+#include <varion/varion.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -84,5 +88,23 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::size_t capacity = varion::detail::kTimeBufferSize;
     const auto out = std::make_unique<OLECHAR[]>(capacity);
     CheckResult(varion::detail::FormatTime(format, t, out.get(), capacity), out.get(), capacity);
+
+    // The display formats: a value of a type chosen by the mode, holding the
+    // value's bytes, under the format and a device-description type.
+    static constexpr VARTYPE kTypes[] = {VT_I1, VT_UI1, VT_I2,  VT_UI2,  VT_I4,   VT_UI4,  VT_I8,  VT_UI8,
+                                         VT_R4, VT_R8,  VT_BOOL, VT_DATE, VT_EMPTY, VTX_DURATION,
+                                         VTX_ISO_DURATION, VTX_ISO_DATETIME};
+    const VARTYPE type = kTypes[(mode >> 2) & 15];
+    CVarion value;
+    VARIANT& v = varion::detail::Access::Var(value);
+    v.vt = type;
+    v.ullVal = type == VT_BOOL ? (bits & 1) : bits;
+    const CString shown = value.GetStringWithDisplayFormat(CString(OleStringView(format)), static_cast<short>(bits >> 48));
+    Check(shown.GetLength() >= 0);
+
+    // And a byte array of the format's first bytes.
+    CVarion bytes(VT_UI1, static_cast<long>(size < 16 ? size : 16), 0L);
+    for (long i = 0; i < static_cast<long>(size < 16 ? size : 16); ++i) bytes.SetElementValue(&data[i], i);
+    (void)bytes.GetStringWithDisplayFormat(CString(OleStringView(format)), 0);
     return 0;
 }
