@@ -1,9 +1,7 @@
 // Display formats on the scalar path: every category on every scalar type,
 // the finishing steps of hexadecimal, octal and binary, the plain text, the
 // decimal separator and the formats the formatter cannot use.
-#include "format/display.h"
 #include "support/test_support.h"
-#include "value/access.h"
 
 #include <gtest/gtest.h>
 
@@ -245,42 +243,6 @@ TEST(DisplayCategories, UserDecimalSeparator) {
         EXPECT_EQ(Show(CVarion(3.14159), "%5.2f"), " 3.14");
         EXPECT_EQ(Show(CVarion(3.14159), "%5.2f, %%"), " 3.14, %");
     }
-}
-
-TEST(DisplayCategories, TheValueIsOnlyRead) {
-    const CVarion values[] = {CVarion(-5), CVarion(2.5), CVarion(OLESTR("text")), CVarion(true),
-                              CVarion(std::numeric_limits<double>::quiet_NaN())};
-    for (const CVarion& v : values)
-        for (const char* format : {"", "%d", "%s", "%x", "%o", "%b", "%f", "%Z"}) {
-            const auto before = varion::test::Bytes(v);
-            (void)v.GetStringWithDisplayFormat(CString(format), 0);
-            EXPECT_EQ(varion::test::Bytes(v), before) << format;
-        }
-}
-
-TEST(DisplayCategories, CategoryOfEachConversionCharacter) {
-    using varion::detail::Category;
-    const std::pair<char, Category> expected[] = {
-        {'u', Category::FMT_UNSIGNED}, {'c', Category::FMT_SIGNED}, {'C', Category::FMT_SIGNED},
-        {'d', Category::FMT_SIGNED},   {'i', Category::FMT_SIGNED}, {'e', Category::FMT_FLOAT},
-        {'E', Category::FMT_FLOAT},    {'f', Category::FMT_FLOAT},  {'g', Category::FMT_FLOAT},
-        {'G', Category::FMT_FLOAT},    {'s', Category::FMT_TEXT},   {'S', Category::FMT_TEXT},
-        {'x', Category::FMT_HEX},      {'X', Category::FMT_HEX},    {'o', Category::FMT_OCTAL},
-        {'b', Category::FMT_BINARY}};
-    int known = 0;
-    for (int c = 0; c < 128; ++c) {
-        Category category{};
-        if (!varion::detail::CategoryOf(static_cast<OLECHAR>(c), category)) continue;
-        ++known;
-        bool listed = false;
-        for (const auto& [ch, cat] : expected)
-            if (ch == c) {
-                listed = true;
-                EXPECT_EQ(cat, category) << static_cast<char>(c);
-            }
-        EXPECT_TRUE(listed) << static_cast<char>(c);
-    }
-    EXPECT_EQ(known, 16);
 }
 
 }  // namespace

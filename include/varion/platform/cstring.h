@@ -160,6 +160,9 @@ public:
     /// or precision above 999, a lone "%" at the end, more conversions than
     /// arguments, a text for a number or a floating value for an integer
     /// conversion) leaves this text empty. Throws std::bad_alloc only.
+    /// The arguments are a variadic template rather than C varargs: each
+    /// keeps its type, so a conversion never reads bytes that were not passed,
+    /// and a CString or a 64-bit long goes in as it is.
     template <class... A>
     void Format(const OLECHAR* format, const A&... args);
     /// Format with the arguments as a list of `count` entries (null for none).
