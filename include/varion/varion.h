@@ -457,7 +457,9 @@ public:
     CVarion DEC() const noexcept;
 
     // =======================================================================
-    // Calendar fields and durations (-1 where a field does not apply)
+    // Calendar fields and durations (-1 where a field does not apply, and for
+    // every calendar field of a date-time outside 0100-01-01 .. 9999-12-31).
+    // A duration's components carry its sign: -0.25 days has hour -6.
     // =======================================================================
     /// Year of a date-time (100 to 9999).
     long GetYear() const noexcept;
@@ -473,7 +475,10 @@ public:
     long GetMinute() const noexcept;
     /// Second of a date-time; seconds component of a duration.
     long GetSecond() const noexcept;
-    /// Millisecond of a date-time; milliseconds component of a duration.
+    /// Millisecond of a date-time; milliseconds component of a duration. The
+    /// other fields of a date-time are those of the instant without it, so
+    /// 23:59:59.750 reads second 59 and millisecond 750. Before 1899-12-30 it
+    /// is zero or negative: 1899-12-29 05:59:59.500 reads 5:59:59 and -500.
     long GetMillisecond() const noexcept;
     /// Total milliseconds of a duration.
     LONGLONG GetTotalMilliseconds() const noexcept;

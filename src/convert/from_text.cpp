@@ -25,13 +25,6 @@ long BoolFromText(OleStringView text, VARIANT& out) noexcept {
     return RC_OK;
 }
 
-template <long (*Rule)(char*, std::size_t, VARTYPE, VARIANT&) noexcept>
-long NumberFromText(OleStringView text, VARTYPE type, VARIANT& out) noexcept {
-    NarrowText prepared;
-    if (!prepared.Assign(text)) return RC_NOT_CONVERTIBLE;
-    return Rule(prepared.Data(), prepared.Size(), type, out);
-}
-
 // Dates and durations through their parsers. A date-time text gives VT_DATE
 // whichever date-time code was asked for.
 long DateFromText(OleStringView text, VARTYPE type, VARIANT& out) noexcept {
@@ -73,8 +66,8 @@ long ReadText(OleStringView text, VARTYPE type, VARIANT& out) noexcept {
     case VT_BOOL: return BoolFromText(text, out);
     case VT_I1: case VT_UI1: case VT_I2: case VT_UI2:
     case VT_I4: case VT_UI4: case VT_I8: case VT_UI8:
-        return NumberFromText<IntegerFromText>(text, type, out);
-    case VT_R4: case VT_R8: return NumberFromText<FloatingFromText>(text, type, out);
+    case VT_R4: case VT_R8:
+        return NumberFromText(text, type, out);
     case VT_DATE: case VTX_DURATION: case VTX_DURATION_MSF: case VTX_DATETIME_ALT: case VTX_DATETIME:
     case VTX_ISO_DURATION: case VTX_ISO_DATETIME:
         return DateFromText(text, type, out);

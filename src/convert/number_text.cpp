@@ -10,6 +10,10 @@
 #include <limits>
 #include <new>
 
+#if !defined(_WIN32)
+#include <langinfo.h>
+#endif
+
 namespace varion::detail {
 namespace {
 
@@ -21,8 +25,6 @@ int DigitValue(char32_t c) noexcept {
     if (c >= 'a' && c <= 'f') return static_cast<int>(c - 'a' + 10);
     return -1;
 }
-
-bool IsDecimalDigit(char c) noexcept { return c >= '0' && c <= '9'; }
 
 // The white space of the C library's "%x" scan in the C locale.
 bool IsScanSpace(OLECHAR c) noexcept { return c == ' ' || (c >= 0x09 && c <= 0x0D); }
@@ -89,51 +91,80 @@ long long ExponentOf(std::string_view digits) noexcept {
     return negative ? -e : e;
 }
 
-// The longest beginning of `text` that is a decimal number: an optional
-// sign, digits with at most one "." or "," (digits on at least one side),
-// then optionally "E", a sign and digits. Sets `value` (0.0 when nothing
-// is read; beyond the double range an infinity or zero of the sign) and
-// answers the characters read. The separator in `text` becomes ".".
-std::size_t ReadDecimal(char* text, std::size_t n, double& value) noexcept {
-    value = 0.0;
-    std::size_t i = 0;
-    bool negative = false;
-    if (i < n && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
-    const std::size_t start = i;
-    while (i < n && IsDecimalDigit(text[i])) ++i;
-    const std::size_t integerEnd = i;
+// Where the parts of a decimal number lie in a text: an optional sign,
+// digits with at most one "." or "," (digits on at least one side), then
+// optionally "E" (or "e"), a sign and digits.
+struct DecimalScan {
+    std::size_t start = 0;         // after the sign
     std::size_t separator = std::string_view::npos;
-    if (i < n && (text[i] == '.' || text[i] == ',')) {
+    std::size_t mantissaEnd = 0;   // before the exponent
+    std::size_t end = 0;           // characters read; 0 when there is no number
+    bool negative = false;
+};
+
+template <class C>
+bool IsDigitChar(C c) noexcept {
+    return c >= C('0') && c <= C('9');
+}
+
+// The longest beginning of [text, text + n) that is a decimal number.
+template <class C>
+DecimalScan ScanDecimal(const C* text, std::size_t n) noexcept {
+    DecimalScan scan;
+    std::size_t i = 0;
+    if (i < n && (text[i] == C('+') || text[i] == C('-'))) scan.negative = text[i++] == C('-');
+    scan.start = i;
+    while (i < n && IsDigitChar(text[i])) ++i;
+    const std::size_t integerEnd = i;
+    if (i < n && (text[i] == C('.') || text[i] == C(','))) {
         std::size_t j = i + 1;
-        while (j < n && IsDecimalDigit(text[j])) ++j;
-        if (integerEnd > start || j > i + 1) {
-            separator = i;
+        while (j < n && IsDigitChar(text[j])) ++j;
+        if (integerEnd > scan.start || j > i + 1) {
+            scan.separator = i;
             i = j;
         }
     }
-    if (i == start) return 0;  // no digit: nothing is read
-    const std::size_t mantissaEnd = i;
-    if (i < n && text[i] == 'E') {
+    if (i == scan.start) return DecimalScan{};  // no digit: nothing is read
+    scan.mantissaEnd = i;
+    if (i < n && (text[i] == C('E') || text[i] == C('e'))) {
         std::size_t k = i + 1;
-        if (k < n && (text[k] == '+' || text[k] == '-')) ++k;
+        if (k < n && (text[k] == C('+') || text[k] == C('-'))) ++k;
         const std::size_t digits = k;
-        while (k < n && IsDecimalDigit(text[k])) ++k;
+        while (k < n && IsDigitChar(text[k])) ++k;
         if (k > digits) i = k;
     }
-    if (separator != std::string_view::npos) text[separator] = '.';
+    scan.end = i;
+    return scan;
+}
 
-    const auto [ptr, ec] = std::from_chars(text + start, text + i, value);
+// The value of a scanned number whose characters from its start (after the
+// sign) lie in `number`, with "." as separator. Beyond the double range: an
+// infinity or a zero of the sign.
+double DecimalValue(const char* number, const DecimalScan& scan) noexcept {
+    const std::size_t length = scan.end - scan.start;
+    double value = 0.0;
+    const auto [ptr, ec] = std::from_chars(number, number + length, value);
     if (ec == std::errc::result_out_of_range) {
-        const std::string_view mantissa(text + start, mantissaEnd - start);
-        const std::size_t at = separator == std::string_view::npos ? separator : separator - start;
-        const long long exponent = i > mantissaEnd ? ExponentOf({text + mantissaEnd + 1, i - mantissaEnd - 1}) : 0;
-        value = AboveDoubleRange(mantissa, at, exponent) ? std::numeric_limits<double>::infinity() : 0.0;
-    } else if (ec != std::errc() || ptr != text + i) {
-        value = 0.0;
-        return 0;
+        const std::size_t mantissa = scan.mantissaEnd - scan.start;
+        const std::size_t at = scan.separator == std::string_view::npos ? scan.separator : scan.separator - scan.start;
+        const long long exponent = length > mantissa ? ExponentOf({number + mantissa + 1, length - mantissa - 1}) : 0;
+        value = AboveDoubleRange({number, mantissa}, at, exponent) ? std::numeric_limits<double>::infinity() : 0.0;
+    } else if (ec != std::errc() || ptr != number + length) {
+        value = 0.0;  // not reached: the scan accepts only what from_chars reads
     }
-    if (negative) value = -value;
-    return i;
+    return scan.negative ? -value : value;
+}
+
+// Reads the longest decimal number at the start of a prepared text into
+// `value` (0.0 when nothing is read) and answers the characters read. The
+// separator in `text` becomes ".".
+std::size_t ReadDecimal(char* text, std::size_t n, double& value) noexcept {
+    const DecimalScan scan = ScanDecimal(text, n);
+    value = 0.0;
+    if (scan.end == 0) return 0;
+    if (scan.separator != std::string_view::npos) text[scan.separator] = '.';
+    value = DecimalValue(text + scan.start, scan);
+    return scan.end;
 }
 
 // The fit rule: whether the digits' value v (with its base) is accepted by
@@ -197,6 +228,11 @@ bool FitInteger(const DigitRun& run, int base, VARTYPE type, VARIANT& out) noexc
 
 // A double brought into `type` by the range-checked cast.
 long DoubleInto(double d, VARTYPE type, VARIANT& out) noexcept {
+    if (type == VT_R8) {
+        out.vt = VT_R8;
+        Store(out, d);
+        return RC_OK;
+    }
     VARIANT r{};
     r.vt = VT_R8;
     Store(r, d);
@@ -216,8 +252,14 @@ std::size_t WriteTrimmedFixed(double x, char* out) noexcept {
 }
 
 int RuntimeDecimalSeparator(OLECHAR (&out)[2]) noexcept {
+#if defined(_WIN32)
     const std::lconv* conventions = std::localeconv();
     const char* point = conventions != nullptr ? conventions->decimal_point : nullptr;
+#else
+    // The same item localeconv() reports as decimal_point, without filling
+    // the whole lconv structure on every number written.
+    const char* point = nl_langinfo(RADIXCHAR);
+#endif
     if (point == nullptr || point[0] == '\0') {
         out[0] = '.';
         return 1;
@@ -237,10 +279,12 @@ OleStringView TextOf(BSTR s) noexcept {
 }
 
 OleStringView TrimmedView(OleStringView text) noexcept {
+    // Printable ASCII is never white space; only the rest asks CString.
+    const auto isSpace = [](OLECHAR c) { return (c <= 0x20 || c >= 0x7F) && CString::IsSpace(c); };
     std::size_t first = 0;
     std::size_t last = text.size();
-    while (first < last && CString::IsSpace(text[first])) ++first;
-    while (last > first && CString::IsSpace(text[last - 1])) --last;
+    while (first < last && isSpace(text[first])) ++first;
+    while (last > first && isSpace(text[last - 1])) --last;
     return text.substr(first, last - first);
 }
 
@@ -253,11 +297,12 @@ bool NarrowText::Assign(OleStringView text) noexcept {
         if (!m_large) return false;
         m_data = m_large.get();
     }
-    for (const OLECHAR c : trimmed) {
-        char narrow = kForeign;
-        if (c < 0x80) narrow = static_cast<char>(c >= 'a' && c <= 'z' ? c - 0x20 : c);
-        m_data[m_size++] = narrow;
+    for (std::size_t k = 0; k < trimmed.size(); ++k) {
+        const unsigned c = trimmed[k];
+        const unsigned narrow = c < 0x80 ? c : static_cast<unsigned>(kForeign);
+        m_data[k] = static_cast<char>(narrow - (narrow - 'a' < 26u ? 0x20u : 0u));
     }
+    m_size = trimmed.size();
     return true;
 }
 
@@ -322,20 +367,25 @@ long IntegerFromText(char* text, std::size_t size, VARTYPE type, VARIANT& out) n
 
 long FloatingFromText(char* text, std::size_t size, VARTYPE type, VARIANT& out) noexcept {
     const std::string_view t(text, size);
+    const int base = BaseOfText(t);
     double d = 0.0;
+    // A decimal text read whole holds no letter but "E", so it cannot be one
+    // of the words below: the common case takes this path alone.
+    if (base == 10 && ReadDecimal(text, size, d) == size) return DoubleInto(d, type, out);
+
     if (t.find("INF") != std::string_view::npos) {
         d = t.find('-') != std::string_view::npos ? -std::numeric_limits<double>::infinity()
                                                   : std::numeric_limits<double>::infinity();
     } else if (t.find("NAN") != std::string_view::npos || t.find("IND") != std::string_view::npos) {
         d = std::numeric_limits<double>::quiet_NaN();
+    } else if (base == 10) {
+        return RC_NOT_CONVERTIBLE;  // read above, and not whole
     } else {
-        if (BaseOfText(t) != 10) {
-            // "0x10" is 16.0 and "010" 8.0; "0.5" fails here and is read below.
-            VARIANT whole{};
-            if (IntegerFromText(text, size, VT_I8, whole) == RC_OK && ConvertNumeric(whole, type) == RC_OK) {
-                out = whole;
-                return RC_OK;
-            }
+        // "0x10" is 16.0 and "010" 8.0; "0.5" fails here and is read below.
+        VARIANT whole{};
+        if (IntegerFromText(text, size, VT_I8, whole) == RC_OK && ConvertNumeric(whole, type) == RC_OK) {
+            out = whole;
+            return RC_OK;
         }
         if (ReadDecimal(text, size, d) != size) return RC_NOT_CONVERTIBLE;
     }
@@ -358,6 +408,33 @@ bool ReadByteToken(OleStringView token, BYTE& value) noexcept {
     if (digits == 0 || v > 0xFF) return false;
     value = static_cast<BYTE>(v);
     return true;
+}
+
+bool PlainDecimalFromText(OleStringView trimmed, VARTYPE type, VARIANT& out, long& code) noexcept {
+    constexpr std::size_t kLongest = 96;
+    const std::size_t n = trimmed.size();
+    if (n == 0 || n > kLongest) return false;
+    // A "0" before anything but the separator makes a text of another base.
+    if (trimmed[0] == '0' && n > 1 && trimmed[1] != '.' && trimmed[1] != ',') return false;
+    const DecimalScan scan = ScanDecimal(trimmed.data(), n);
+    if (scan.end != n) return false;
+    char number[kLongest];
+    for (std::size_t k = scan.start; k < n; ++k) number[k - scan.start] = static_cast<char>(trimmed[k]);
+    if (scan.separator != std::string_view::npos) number[scan.separator - scan.start] = '.';
+    code = DoubleInto(DecimalValue(number, scan), type, out);
+    return true;
+}
+
+long NumberFromText(OleStringView text, VARTYPE type, VARIANT& out) noexcept {
+    const bool floating = type == VT_R4 || type == VT_R8;
+    if (floating) {
+        long code = RC_NOT_CONVERTIBLE;
+        if (PlainDecimalFromText(TrimmedView(text), type, out, code)) return code;
+    }
+    NarrowText prepared;
+    if (!prepared.Assign(text)) return RC_NOT_CONVERTIBLE;
+    return floating ? FloatingFromText(prepared.Data(), prepared.Size(), type, out)
+                    : IntegerFromText(prepared.Data(), prepared.Size(), type, out);
 }
 
 }  // namespace varion::detail

@@ -32,7 +32,7 @@ constexpr std::size_t kFixedTextMax = 336;
 std::size_t WriteTrimmedFixed(double x, char* out) noexcept;
 
 /// The decimal separator of the C library's current numeric locale
-/// (localeconv) as UTF-16: one code unit, or two for a separator outside the
+/// (localeconv()->decimal_point; on POSIX read as nl_langinfo(RADIXCHAR)) as UTF-16: one code unit, or two for a separator outside the
 /// basic plane. Answers the count of code units written to `out`.
 int RuntimeDecimalSeparator(OLECHAR (&out)[2]) noexcept;
 
@@ -101,6 +101,17 @@ long IntegerFromText(char* text, std::size_t size, VARTYPE type, VARIANT& out) n
 /// type code and the value, or RC_NOT_CONVERTIBLE (`out` untouched). `text`
 /// may be changed (the separator).
 long FloatingFromText(char* text, std::size_t size, VARTYPE type, VARIANT& out) noexcept;
+
+/// The floating rule's common case read from the trimmed UTF-16 text
+/// itself: a whole decimal number that no base prefix claims ("12,5",
+/// "-0.25E3", "0.5"). False when the text needs the full rule; otherwise
+/// `code` is the rule's result (and `out` as FloatingFromText sets it).
+bool PlainDecimalFromText(OleStringView trimmed, VARTYPE type, VARIANT& out, long& code) noexcept;
+
+/// The integer rule (the eight integer types) or the floating rule (VT_R4,
+/// VT_R8) on a string as it is held: prepares it and reads it. Allocates
+/// only for texts of more than 128 characters.
+long NumberFromText(OleStringView text, VARTYPE type, VARIANT& out) noexcept;
 
 /// One token of a byte list read as scanf's "%x" reads it: optional ASCII
 /// white space, an optional "0x" or "0X", hexadecimal digits up to the first

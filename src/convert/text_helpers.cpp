@@ -7,6 +7,7 @@
 
 #include <climits>
 #include <cmath>
+#include <cstdint>
 #include <new>
 
 using namespace varion::detail;
@@ -103,7 +104,7 @@ int CVarion::FindCharacterInUnicodeString(const OLECHAR* text, OLECHAR ch) noexc
 int CVarion::FindCharacterInUnicodeString(const OLECHAR* text, char ch) noexcept {
     if (text == nullptr) return -1;
     // A byte widens with its sign: 0x80 to 0xFF become U+FF80 to U+FFFF.
-    const auto wide = static_cast<OLECHAR>(static_cast<unsigned>(static_cast<int>(static_cast<signed char>(ch))) & 0xFFFFu);
+    const auto wide = static_cast<OLECHAR>(static_cast<std::uint16_t>(static_cast<signed char>(ch)));
     for (int i = 0; i < INT_MAX && text[i] != 0; ++i)
         if (text[i] == wide) return i;
     return -1;

@@ -87,7 +87,9 @@ double DurationFromFractions(LONGLONG fractions) noexcept;
 CString FormatDateTime(double value);
 /// "2026-11-17T20:18:38.25": fields of DateTimeFields, the millisecond after
 /// "." without trailing zeros and only when above zero, no zone. Empty outside
-/// the calendar range.
+/// the calendar range. Dates before 1899-12-30 show whole seconds (their
+/// millisecond is not above zero), so only from that day on does every
+/// instant read back to the millisecond.
 CString FormatIsoDateTime(double value);
 /// A duration under a directive format: %D whole days, %H %M %S hours,
 /// minutes and seconds zero-padded to two digits (%#H, %#M, %#S unpadded),
@@ -117,8 +119,11 @@ long ParseDateTimeText(const CString& text, ULONG flags, LCID lcid, double& valu
 /// 1 invalid.
 int ParseIsoDateTime(const CString& text, double& value) noexcept;
 /// "[days ]hours:minutes[:seconds]" with seconds as a decimal number with "."
-/// or ",": "1 12:00:00", "00:00:05,25", "0:90". -1 for a leading "-", a text
-/// without ":" or a field that is not a number.
+/// or ",": "1 12:00:00", "00:00:05,25", "0:90", and the space-padded seconds
+/// FormatDuration writes with fractions ("00:00: 0.500500"; a space counts as
+/// ending the days only before the first ":"). -1 for a leading "-", a text
+/// without ":", a field that is not a number or a duration beyond the double
+/// range.
 long ParseDuration(const CString& text, double& value) noexcept;
 /// "PT90.5S", "-PT1.25S", "+PT0S", "PT.5S"; the fraction is cut to
 /// milliseconds. -1 for a wrong shape, -2 for seconds that are not a number

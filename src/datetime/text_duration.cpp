@@ -72,7 +72,7 @@ CString FormatDuration(double value, const CString& format) {
         case 'H': out.Number(hours, width); break;
         case 'M': out.Number(minutes, width); break;
         case 'S':
-            if (secondsLength > 0 && !unpadded) out.Put(OleStringView(secondsText, secondsLength));
+            if (secondsLength > 0 && !unpadded) out.Put(OleStringView(secondsText, static_cast<std::size_t>(secondsLength)));
             else out.Number(seconds, width);
             break;
         case '%': out.Put('%'); break;
@@ -110,8 +110,10 @@ long ParseDuration(const CString& text, double& value) noexcept {
     TokenWalk tokens(t);
     OleStringView token;
     long days = 0;
+    // Days stand before a space that comes before the first ":"; a space after
+    // it belongs to the seconds that FormatDuration pads ("00:00: 0.500500").
     const std::size_t space = t.find(' ');
-    if (space != OleStringView::npos && space > 0) {
+    if (space != OleStringView::npos && space > 0 && space < t.find(':')) {
         tokens.Next(' ', token);
         if (ReadLong(token, days) != token.size()) return RC_NOT_APPLICABLE;
     }

@@ -2,6 +2,7 @@
 // or a device description hands in.
 #include "convert_test_util.h"
 
+#include "convert/number_text.h"
 #include "platform/alloc.h"
 
 #include <gtest/gtest.h>
@@ -9,6 +10,7 @@
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <random>
 
 using namespace varion::test;
 
@@ -67,6 +69,8 @@ std::vector<ParseCase> ParseCases() {
         {".5", VT_I4, CVarion(1)},
         {"-0.5", VT_I4, CVarion(-1)},
         {"-0.4", VT_I4, CVarion(0)},
+        {"nan", VT_I4, CVarion(0)},  // a NaN passes the range check and gives 0
+        {"inf", VT_I4, kRefused},
         {"-0.4", VT_UI4, kRefused},
         {"126.5", VT_I1, CVarion(SC{127})},
         {"127.0", VT_I1, kRefused},
@@ -280,6 +284,42 @@ TEST(TextToValue, FailedAllocationsLeaveTheString) {
             }
         }
     }
+}
+
+}  // namespace
+
+namespace {
+
+// The common decimal texts are read by a shortcut on the UTF-16 text; the
+// full rule on the prepared text must give the same answer for every text.
+TEST(TextToValue, ShortcutAndFullFloatingRuleAgree) {
+    std::mt19937 random(99);
+    const char alphabet[] = "0123456789+-.,eE x";
+    int shortcuts = 0;
+    for (int n = 0; n < 20000; ++n) {
+        std::string text;
+        const std::size_t length = 1 + random() % 12;
+        for (std::size_t k = 0; k < length; ++k) text += alphabet[random() % (sizeof(alphabet) - 1)];
+        const OleString wide(CString(text.c_str()).View());
+        for (const VARTYPE type : {VT_R4, VT_R8}) {
+            VARIANT viaShortcut{};
+            long shortcutCode = RC_OK;
+            if (!varion::detail::PlainDecimalFromText(varion::detail::TrimmedView(wide), type, viaShortcut,
+                                                       shortcutCode))
+                continue;
+            ++shortcuts;
+            varion::detail::NarrowText prepared;
+            ASSERT_TRUE(prepared.Assign(wide));
+            VARIANT viaRule{};
+            const long ruleCode = varion::detail::FloatingFromText(prepared.Data(), prepared.Size(), type, viaRule);
+            ASSERT_EQ(shortcutCode, ruleCode) << text;
+            if (ruleCode == RC_OK) {
+                EXPECT_EQ(viaShortcut.vt, viaRule.vt) << text;
+                EXPECT_EQ(viaShortcut.llVal, viaRule.llVal) << text;
+            }
+        }
+    }
+    EXPECT_GT(shortcuts, 1000);  // the generator does reach the shortcut
 }
 
 }  // namespace

@@ -82,6 +82,7 @@ TEST(TextHelpers, CheckDecimalPointUsesTheUserSeparator) {
     for (const auto& c : cases) {
         ScopedEnv all("LC_ALL", nullptr);
         ScopedEnv numeric("LC_NUMERIC", nullptr);
+        ScopedEnv time("LC_TIME", nullptr);
         ScopedEnv lang("LANG", c.user);
         ScopedCLocale runtime(c.runtime);
         CString text(c.in);

@@ -117,6 +117,18 @@ TEST(ValueToText, FailedAllocationLeavesTheValue) {
     }
 }
 
+TEST(ValueToText, TheNewStringIsTheOnlyAllocation) {
+    ScopedCLocale comma("de_DE.UTF-8");
+    const CVarion cases[] = {CVarion(-123456789), CVarion(2.5), CVarion(1e300), CVarion(0.1f), CVarion(false),
+                             CVarion(std::numeric_limits<ULONGLONG>::max()), ByteArray({1, 2, 3})};
+    for (const CVarion& source : cases) {
+        CVarion v(source);
+        const long before = AllocationCount();
+        ASSERT_EQ(v.SetType(VT_BSTR), RC_OK);
+        EXPECT_EQ(AllocationCount() - before, 1) << StringOf(v);
+    }
+}
+
 TEST(ValueToText, OnlyThePointerBytesChangeOnSuccess) {
     CVarion v(static_cast<short>(7));
     auto& var = varion::detail::Access::Var(v);

@@ -152,6 +152,9 @@ TEST(DurationText, ParseDurationShapes) {
         {"1:2:3:4", RC_OK, DurationFromFields(0, 1, 2, 3.0)},  // anything after the seconds is ignored
         {"::5", RC_OK, DurationFromFields(0, 5, 0, 0.0)},
         {"2  1:00", RC_OK, DurationFromFields(2, 1, 0, 0.0)},
+        {"00:00: 0.500500", RC_OK, DurationFromFields(0, 0, 0, 0.5005)},  // FormatDuration's padding
+        {"1 00:00: 5,25", RC_OK, DurationFromFields(1, 0, 0, 5.25)},
+        {"12:30 5", RC_NOT_APPLICABLE, 0},
         {"1:-30", RC_OK, DurationFromFields(0, 1, -30, 0.0)},
         {"12", RC_NOT_APPLICABLE, 0},
         {"-1:00", RC_NOT_APPLICABLE, 0},
@@ -170,7 +173,8 @@ TEST(DurationText, ParseDurationShapes) {
         }
     }
     // What FormatDuration writes for a positive duration reads back.
-    for (double v : {1.5, 0.5, DurationFromFields(0, 1, 30, 5.25), DurationFromFields(3, 0, 0, 0, 7, 0)}) {
+    for (double v : {1.5, 0.5, DurationFromFields(0, 1, 30, 5.25), DurationFromFields(3, 0, 0, 0, 7, 0),
+                     DurationFromFields(0, 0, 0, 5, 2, 16), DurationFromFields(2, 0, 0, 59, 999, 31)}) {
         double back = -1;
         ASSERT_EQ(ParseDuration(FormatDuration(v, CString()), back), RC_OK);
         EXPECT_EQ(DurationFields(back).totalMilliseconds, DurationFields(v).totalMilliseconds);

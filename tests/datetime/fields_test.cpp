@@ -119,7 +119,7 @@ TEST(Fields, DateTimeConstructor) {
         EXPECT_EQ(v.GetType(), r.expectedType);
         EXPECT_DOUBLE_EQ(Load<double>(Access::Var(v)), r.expected);
         const auto bytes = varion::test::Bytes(v);
-        for (int i = 2; i < 8; ++i) EXPECT_EQ(bytes[i], 0) << "reserved byte " << i;
+        for (std::size_t i = 2; i < 8; ++i) EXPECT_EQ(bytes[i], 0) << "reserved byte " << i;
     }
     const CVarion leap(2024, 2, 29, 12, 0, 0, 500, 0);
     EXPECT_EQ(leap.GetMillisecond(), 500);

@@ -48,6 +48,8 @@ int Usage(const std::string& message);
 
 // Subcommands: each answers an exit status.
 int Convert(const Args& args);
+int Date(const Args& args);
+int Duration(const Args& args);
 int Demo(const Args& args);
 int Format(const Args& args);
 

@@ -84,12 +84,11 @@ int Convert(const Args& args) {
             "  ms for VTX_DURATION_MSF).\n"
             "  Types: VT_I4, I4 or 4; VTX_DURATION or DURATION; arrays as UI1_ARRAY or\n"
             "  0x2011.\n"
-            "examples:\n"
-            "  varion convert 0x1F --to I1\n"
-            "  varion convert \"12,5\" --to R4\n"
-            "  varion convert \"0x01, 0xAB\" --to UI1_ARRAY\n"
-            "  varion convert 2.5 --from R8 --to I4\n"
-            "  varion convert 45002.5 --from DATE --to BSTR\n");
+            "example: varion convert 0x1F --to I1\n"
+            "example: varion convert \"12,5\" --to R4\n"
+            "example: varion convert \"0x01, 0xAB\" --to UI1_ARRAY\n"
+            "example: varion convert 2.5 --from R8 --to I4\n"
+            "example: varion convert 45002.5 --from DATE --to BSTR\n");
         return kOk;
     }
     if (auto unknown = args.Unknown({"to", "from", "help"})) return Usage("convert: unknown option " + *unknown);
