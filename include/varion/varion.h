@@ -562,3 +562,5 @@ typedef void (*VARION_DIAGNOSTIC_SINK)(const OLECHAR* line);
 /// is silent otherwise.
 VARION_API VARION_DIAGNOSTIC_SINK VarionSetDiagnosticSink(VARION_DIAGNOSTIC_SINK sink);
 }
+
+#include <varion/units.h>

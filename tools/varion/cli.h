@@ -52,5 +52,7 @@ int Date(const Args& args);
 int Duration(const Args& args);
 int Demo(const Args& args);
 int Format(const Args& args);
+int Unit(const Args& args);
+int Units(const Args& args);
 
 }  // namespace cli

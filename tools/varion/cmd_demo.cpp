@@ -30,7 +30,10 @@ int Demo(const Args& args) {
                 TypeName(value.GetType()).c_str(), ValueText(value).c_str(), ResultName(code).c_str());
 
     Step(3, "The number is converted from one engineering unit to another.");
-    ToCome("unit conversion");
+    CVarion converted;
+    const long unitCode = value.UnitConvert(1137, 1141, &converted);
+    std::printf("   UnitConvert(1137 bar -> 1141 psi): %s %s, code %ld\n", TypeName(converted.GetType()).c_str(),
+                ValueText(converted).c_str(), unitCode);
 
     Step(4, "The converted value is compared with a limit.");
     ToCome("comparison");

@@ -18,6 +18,8 @@ constexpr Command kCommands[] = {
     {"duration", cli::Duration, "parse a duration text and show its components and text forms"},
     {"demo", cli::Demo, "walk through the typical use of a parameter value"},
     {"format", cli::Format, "render a value under a display format"},
+    {"unit", cli::Unit, "convert a number between engineering unit codes"},
+    {"units", cli::Units, "list the engineering unit codes"},
 };
 
 void Help() {
