@@ -197,18 +197,6 @@ TEST(TextToValue, EveryRuleOnItsTexts) {
     }
 }
 
-TEST(TextToValue, OnlyTheMemberBytesAreWritten) {
-    CVarion v("5");
-    auto& var = varion::detail::Access::Var(v);
-    var.wReserved2 = 0xBEEF;
-    const auto pointer = Bytes(v);
-    ASSERT_EQ(v.SetType(VT_I1), RC_OK);
-    const auto after = Bytes(v);
-    EXPECT_EQ(after[8], 5);
-    EXPECT_TRUE(std::equal(after.begin() + 9, after.end(), pointer.begin() + 9));  // the old pointer's bytes
-    EXPECT_EQ(var.wReserved2, 0xBEEF);
-}
-
 TEST(TextToValue, NullStringReadsAsEmpty) {
     CVarion v;
     auto& var = varion::detail::Access::Var(v);

@@ -86,23 +86,4 @@ TEST(Dispatcher, EveryKindIntoEveryKind) {
     }
 }
 
-TEST(Dispatcher, EveryNumericTypeReachesEveryTextAndDateTarget) {
-    const VARTYPE numeric[] = {VT_I1, VT_UI1, VT_I2, VT_UI2, VT_I4, VT_UI4, VT_I8, VT_UI8, VT_R4, VT_R8, VT_BOOL};
-    const VARTYPE dates[] = {VT_DATE, VTX_DURATION, VTX_DURATION_MSF, VTX_DATETIME_ALT, VTX_DATETIME,
-                             VTX_ISO_DURATION, VTX_ISO_DATETIME};
-    for (const VARTYPE from : numeric) {
-        CVarion one(1);
-        ASSERT_EQ(one.SetType(from), RC_OK);
-        CVarion text(one);
-        EXPECT_EQ(text.SetType(VT_BSTR), RC_OK) << from;
-        EXPECT_EQ(text.SetType(from), RC_OK) << from << " from " << StringOf(one);
-        for (const VARTYPE to : dates) {
-            CVarion d(one);
-            EXPECT_EQ(d.SetType(to), RC_OK) << from << " to " << to;
-            EXPECT_EQ(d.SetType(from), RC_OK) << to << " back to " << from;
-            EXPECT_EQ(static_cast<double>(d), 1.0) << to << " back to " << from;
-        }
-    }
-}
-
 }  // namespace
