@@ -511,7 +511,10 @@ public:
     /// The value rendered under a printf-like display format ("%.2f", "%X",
     /// "%b", a strftime pattern for ISO date-times). `ddType` chooses how a
     /// VT_DATE shows (15 time, 16/17 duration, 20 date, else date and time).
-    /// Never fails: at worst an empty text.
+    /// Never fails: at worst an empty text. A format the formatter cannot use
+    /// (a second conversion, "*", an unknown prefix) or a text beyond 99
+    /// characters (255 for a pattern) formats as the empty text, which the
+    /// finishing step still completes: "%d %d" gives "", "%100X" gives "0x".
     CString GetStringWithDisplayFormat(CString format, short ddType) const noexcept;
 
     /// Converts this value, taken in unit `from`, into unit `to` in `*result`,

@@ -1,5 +1,6 @@
 #include <varion/platform/cstring.h>
 
+#include "platform/format.h"
 #include "platform/utf.h"
 
 #include <algorithm>
@@ -325,6 +326,11 @@ CString& CString::MakeLower() noexcept {
 CString& CString::MakeReverse() noexcept {
     std::reverse(m_str.begin(), m_str.end());
     return *this;
+}
+
+void CString::FormatV(const OLECHAR* format, const varion::FormatArg* args, int count) {
+    const OleStringView view = ViewOf(format);
+    varion::detail::FormatList(view, args, count > 0 ? static_cast<std::size_t>(count) : 0, m_str);
 }
 
 BSTR CString::AllocSysString() const { return SysAllocStringLen(m_str.data(), static_cast<UINT>(m_str.size())); }

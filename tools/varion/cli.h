@@ -51,6 +51,7 @@ int Convert(const Args& args);
 int Date(const Args& args);
 int Duration(const Args& args);
 int Demo(const Args& args);
+int Format(const Args& args);
 int Unit(const Args& args);
 int Units(const Args& args);
 int Hex(const Args& args);

@@ -38,8 +38,11 @@ int Demo(const Args& args) {
     Step(4, "The converted value is compared with a limit.");
     ToCome("comparison");
 
-    Step(5, "The value is rendered with the display format %.2f.");
-    ToCome("display formats");
+    Step(5, "The converted value is rendered with the display format %.2f.");
+    const CVarion& display = converted.GetType() == VT_EMPTY ? value : converted;
+    const CString shown = display.GetStringWithDisplayFormat(CString(OLESTR("%.2f")), 0);
+    std::printf("   %s %s -> GetStringWithDisplayFormat(\"%%.2f\") = %s\n", TypeName(display.GetType()).c_str(),
+                ValueText(display).c_str(), shown.ToUtf8().c_str());
 
     Step(6, "The values are destroyed and release what they own.");
     std::printf("   done\n");

@@ -17,6 +17,7 @@ constexpr Command kCommands[] = {
     {"date", cli::Date, "parse a date text and show its fields and text forms"},
     {"duration", cli::Duration, "parse a duration text and show its components and text forms"},
     {"demo", cli::Demo, "walk through the typical use of a parameter value"},
+    {"format", cli::Format, "render a value under a display format"},
     {"unit", cli::Unit, "convert a number between engineering unit codes"},
     {"units", cli::Units, "list the engineering unit codes"},
     {"hex", cli::Hex, "write a value as hexadecimal digits, or read digits back"},

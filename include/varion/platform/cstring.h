@@ -9,13 +9,22 @@
 #include <varion/export.h>
 #include <varion/platform/automation.h>
 
+#include <concepts>
+#include <cstddef>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 /// UTF-16 text as the standard library holds it.
 using OleString = std::basic_string<OLECHAR>;
 using OleStringView = std::basic_string_view<OLECHAR>;
+
+class CString;
+
+namespace varion {
+class FormatArg;
+}
 
 class VARION_API CString {
 public:
@@ -137,12 +146,90 @@ public:
     /// A new BSTR holding this text (null when it cannot be allocated).
     BSTR AllocSysString() const;
 
+    // -- Formatting -------------------------------------------------------------
+    /// Replaces this text by `format` with printf conventions, each conversion
+    /// taking the next argument: s.Format(OLESTR("%04d-%02d"), 2026, 11) gives
+    /// "2026-11". The arguments are typed (integers of any width, floating
+    /// values, UTF-16 texts and CStrings), so nothing is read that was not
+    /// passed. Conversions: c C d i o u x X e E f g G s S and %%; flags - + space
+    /// # 0; width and precision up to 999; length prefixes hh h l ll I64 (l is
+    /// 32-bit; an integer conversion without a prefix reads the low 32 bits);
+    /// exponents have at least three digits (1.5 with %e gives 1.500000e+000);
+    /// the decimal separator is the C library's numeric locale's. A format the
+    /// formatter cannot use (unknown conversion or prefix, %n, %p, "*", a width
+    /// or precision above 999, a lone "%" at the end, more conversions than
+    /// arguments, a text for a number or a floating value for an integer
+    /// conversion) leaves this text empty. Throws std::bad_alloc only.
+    /// The arguments are a variadic template rather than C varargs: each
+    /// keeps its type, so a conversion never reads bytes that were not passed,
+    /// and a CString or a 64-bit long goes in as it is.
+    template <class... A>
+    void Format(const OLECHAR* format, const A&... args);
+    /// Format with the arguments as a list of `count` entries (null for none).
+    void FormatV(const OLECHAR* format, const varion::FormatArg* args, int count);
+
     /// Whether `ch` counts as white space for Trim.
     static bool IsSpace(OLECHAR ch) noexcept;
 
 private:
     OleString m_str;
 };
+
+namespace varion {
+
+/// One argument of a formatted text: a signed or unsigned 64-bit integer, a
+/// double or a UTF-16 text, tagged with its kind. Built implicitly from any
+/// integer (by its signedness; bool and char16_t are unsigned), any floating
+/// type, a null-terminated UTF-16 text (null reads as "(null)"), a view or a
+/// CString. A text argument only views its characters: it must outlive the
+/// formatting call.
+class FormatArg {
+public:
+    enum class Kind : unsigned char { Signed, Unsigned, Double, Text };
+
+    template <std::integral T>
+    constexpr FormatArg(T value) noexcept {
+        if constexpr (std::is_signed_v<T>) {
+            m_kind = Kind::Signed;
+            m_bits = static_cast<unsigned long long>(static_cast<long long>(value));
+        } else {
+            m_kind = Kind::Unsigned;
+            m_bits = static_cast<unsigned long long>(value);
+        }
+    }
+    template <std::floating_point T>
+    constexpr FormatArg(T value) noexcept : m_kind(Kind::Double), m_double(static_cast<double>(value)) {}
+    constexpr FormatArg(OleStringView text) noexcept : m_kind(Kind::Text), m_text(text) {}
+    constexpr FormatArg(const OLECHAR* text) noexcept
+        : m_kind(Kind::Text), m_text(text != nullptr ? OleStringView(text) : OleStringView(OLESTR("(null)"))) {}
+    FormatArg(const CString& text) noexcept : m_kind(Kind::Text), m_text(text.View()) {}
+
+    constexpr Kind kind() const noexcept { return m_kind; }
+    /// The integer's 64-bit pattern (0 for other kinds).
+    constexpr unsigned long long bits() const noexcept { return m_bits; }
+    /// The floating value (0.0 for other kinds).
+    constexpr double number() const noexcept { return m_double; }
+    /// The text (empty for other kinds).
+    constexpr OleStringView text() const noexcept { return m_text; }
+
+private:
+    Kind m_kind = Kind::Signed;
+    unsigned long long m_bits = 0;
+    double m_double = 0.0;
+    OleStringView m_text;
+};
+
+}  // namespace varion
+
+template <class... A>
+void CString::Format(const OLECHAR* format, const A&... args) {
+    if constexpr (sizeof...(A) == 0) {
+        FormatV(format, nullptr, 0);
+    } else {
+        const varion::FormatArg list[] = {varion::FormatArg(args)...};
+        FormatV(format, list, static_cast<int>(sizeof...(A)));
+    }
+}
 
 /// An array of bytes with MFC-style members.
 class VARION_API CByteArray {
