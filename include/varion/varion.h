@@ -15,6 +15,7 @@
 //   - operator int() is the Boolean reading, not a 32-bit integer.
 #pragma once
 
+#include <varion/detail/numeric_cast.h>
 #include <varion/export.h>
 #include <varion/platform/automation.h>
 #include <varion/platform/cstring.h>
@@ -90,36 +91,48 @@ public:
     // Every constructor sets the type code and its member; the rest of the
     // 16 bytes (reserved words, unused value bytes) is zero.
 
+    // The constructors from numbers are inline: a value made in a loop costs
+    // two stores.
     /// VT_EMPTY.
-    CVarion() noexcept;
+    CVarion() noexcept { Init<std::uint8_t>(VT_EMPTY, 0); }
     /// VT_BOOL: one byte, 1 for true, 0 for false.
-    CVarion(bool value) noexcept;
+    CVarion(bool value) noexcept { Init<std::uint8_t>(VT_BOOL, value ? 1 : 0); }
     /// VT_I1.
-    CVarion(char value) noexcept;
+    CVarion(char value) noexcept { Init(VT_I1, static_cast<signed char>(value)); }
     /// VT_I1.
-    CVarion(signed char value) noexcept;
+    CVarion(signed char value) noexcept { Init(VT_I1, value); }
     /// VT_UI1.
-    CVarion(unsigned char value) noexcept;
+    CVarion(unsigned char value) noexcept { Init(VT_UI1, value); }
     /// VT_I2.
-    CVarion(short value) noexcept;
+    CVarion(short value) noexcept { Init(VT_I2, value); }
     /// VT_UI2.
-    CVarion(unsigned short value) noexcept;
+    CVarion(unsigned short value) noexcept { Init(VT_UI2, value); }
     /// VT_I4.
-    CVarion(int value) noexcept;
+    CVarion(int value) noexcept { Init(VT_I4, static_cast<std::int32_t>(value)); }
     /// VT_UI4.
-    CVarion(unsigned int value) noexcept;
+    CVarion(unsigned int value) noexcept { Init(VT_UI4, static_cast<std::uint32_t>(value)); }
     /// VT_I4 when the value fits 32 bits, else VT_I8 (no bits are dropped).
-    CVarion(long value) noexcept;
+    CVarion(long value) noexcept {
+        if (value >= INT32_MIN && value <= INT32_MAX)
+            Init(VT_I4, static_cast<std::int32_t>(value));
+        else
+            Init(VT_I8, static_cast<LONGLONG>(value));
+    }
     /// VT_UI4 when the value fits 32 bits, else VT_UI8.
-    CVarion(unsigned long value) noexcept;
+    CVarion(unsigned long value) noexcept {
+        if (value <= UINT32_MAX)
+            Init(VT_UI4, static_cast<std::uint32_t>(value));
+        else
+            Init(VT_UI8, static_cast<ULONGLONG>(value));
+    }
     /// VT_I8.
-    CVarion(LONGLONG value) noexcept;
+    CVarion(LONGLONG value) noexcept { Init(VT_I8, value); }
     /// VT_UI8.
-    CVarion(ULONGLONG value) noexcept;
+    CVarion(ULONGLONG value) noexcept { Init(VT_UI8, value); }
     /// VT_R4: the 4-byte single, not widened.
-    CVarion(float value) noexcept;
+    CVarion(float value) noexcept { Init(VT_R4, value); }
     /// VT_R8.
-    CVarion(double value) noexcept;
+    CVarion(double value) noexcept { Init(VT_R8, value); }
     /// VT_BSTR copied up to the terminator; a null pointer or a failed
     /// allocation gives VT_EMPTY.
     CVarion(const OLECHAR* text) noexcept;
@@ -184,7 +197,14 @@ public:
     /// keeps its size (a smaller source is enlarged along bound A, a larger
     /// byte array is copied truncated, any other larger source empties it);
     /// every other source empties an array destination.
-    CVarion& operator=(const CVarion& other) noexcept;
+    CVarion& operator=(const CVarion& other) noexcept {
+        // Between values without a string or an array all 16 bytes are copied.
+        if (!OwnsContent(m_v.vt) && !OwnsContent(other.m_v.vt)) {
+            if (this != &other) std::memcpy(static_cast<void*>(&m_v), &other.m_v, sizeof(m_v));
+            return *this;
+        }
+        return AssignContent(other);
+    }
 
     /// 1 when the value read as a Boolean (operator int()) is false: VT_I4 0,
     /// VT_EMPTY and values that cannot become a Boolean; else 0.
@@ -258,7 +278,13 @@ public:
     /// array: -1. VT_EMPTY: cleared. From VT_EMPTY: the zero value of newType.
     /// Numbers convert with range checks and round half away from zero
     /// (VT_R8 2.5 to VT_I4 gives 3, VT_I4 300 to VT_UI1 gives -3).
-    long SetType(VARTYPE newType) noexcept;
+    long SetType(VARTYPE newType) noexcept {
+        // Number to number inline (a constant target folds to the one cast);
+        // every other change goes through the dispatcher.
+        if (const varion::detail::NumericCastFn cast = varion::detail::NumericCast(newType, m_v.vt))
+            return cast(m_v);
+        return Dispatch(newType);
+    }
     /// SetType on `target` when it is not null (this value untouched), else on
     /// this value.
     long ChangeType(VARTYPE newType, CVarion* target = nullptr) noexcept;
@@ -271,27 +297,27 @@ public:
     // (0.0, an empty text) when the conversion fails. A failed range check
     // gives 0, not a saturated value.
     /// The Boolean reading: VT_I4 256 gives 1.
-    operator int() const noexcept;
+    operator int() const noexcept { return ReadAs<VT_BOOL>() != 0 ? 1 : 0; }
     /// As VT_I1.
-    operator char() const noexcept;
+    operator char() const noexcept { return static_cast<char>(ReadAs<VT_I1>()); }
     /// As VT_UI1: VT_I4 300 gives 0.
-    operator unsigned char() const noexcept;
+    operator unsigned char() const noexcept { return ReadAs<VT_UI1>(); }
     /// As VT_I2.
-    operator short() const noexcept;
+    operator short() const noexcept { return ReadAs<VT_I2>(); }
     /// As VT_UI2.
-    operator unsigned short() const noexcept;
+    operator unsigned short() const noexcept { return ReadAs<VT_UI2>(); }
     /// As VT_I4 (32-bit): VT_R8 -2.5 gives -3.
-    operator long() const noexcept;
+    operator long() const noexcept { return ReadAs<VT_I4>(); }
     /// As VT_UI4 (32-bit).
-    operator unsigned long() const noexcept;
+    operator unsigned long() const noexcept { return ReadAs<VT_UI4>(); }
     /// As VT_I8.
-    operator LONGLONG() const noexcept;
+    operator LONGLONG() const noexcept { return ReadAs<VT_I8>(); }
     /// As VT_UI8.
-    operator ULONGLONG() const noexcept;
+    operator ULONGLONG() const noexcept { return ReadAs<VT_UI8>(); }
     /// As VT_R4.
-    operator float() const noexcept;
+    operator float() const noexcept { return ReadAs<VT_R4>(); }
     /// As VT_R8.
-    operator double() const noexcept;
+    operator double() const noexcept { return ReadAs<VT_R8>(); }
     /// As text: VT_BOOL true gives "true".
     operator CString() const noexcept;
 
@@ -544,8 +570,36 @@ private:
     static constexpr bool HoldsPlainValue(VARTYPE t) noexcept {
         return t < 32 ? ((0x003F28BCu >> t) & 1u) != 0 : (t >= 100 && t <= 106 && t != 104);
     }
+    /// Codes whose content lives outside the value: a string or an array.
+    static constexpr bool OwnsContent(VARTYPE t) noexcept { return t == VT_BSTR || (t & VT_ARRAY) != 0; }
+    /// A new value of `type` holding `value`; the other bytes are zero.
+    template <class T>
+    void Init(VARTYPE type, T value) noexcept {
+        std::memset(static_cast<void*>(&m_v), 0, sizeof(m_v));
+        m_v.vt = type;
+        varion::detail::Store(m_v, value);
+    }
     /// The copy of a string, an array or a code without content.
     void CopyContent(const CVarion& other) noexcept;
+    /// Assignment where either value owns a string or an array.
+    CVarion& AssignContent(const CVarion& other) noexcept;
+    /// The type change of every route but number to number (SetType).
+    long Dispatch(VARTYPE newType) noexcept;
+    /// The value read as numeric type T: numbers through the cast table on a
+    /// 16-byte copy, other values through ReadConverted; 0 on failure.
+    template <VARTYPE T>
+    varion::detail::NumericT<T> ReadAs() const noexcept {
+        VARIANT copy = m_v;
+        if (const varion::detail::NumericCastFn cast = varion::detail::NumericCast(T, m_v.vt)) {
+            if (cast(copy) != 0) return 0;
+        } else if (!ReadConverted(T, copy)) {
+            return 0;
+        }
+        return varion::detail::Load<varion::detail::NumericT<T>>(copy);
+    }
+    /// A value that is not a number converted to numeric type `type` into
+    /// `out` (this value unchanged); false when the conversion fails.
+    bool ReadConverted(VARTYPE type, VARIANT& out) const noexcept;
     long InitType(VARTYPE type) noexcept;
     long ChangeNumericToNumeric(VARTYPE type) noexcept;
     long ChangeToString(VARTYPE type) noexcept;
@@ -561,6 +615,8 @@ private:
 };
 
 static_assert(sizeof(CVarion) == sizeof(VARIANT), "a CVarion is a VARIANT");
+static_assert(varion::detail::kCastAboveMax == RC_ABOVE_MAX && varion::detail::kCastBelowMin == RC_BELOW_MIN,
+              "the numeric casts answer the library's result codes");
 static_assert(std::is_standard_layout_v<CVarion>, "CVarion is laid out as a VARIANT");
 
 // ---------------------------------------------------------------------------

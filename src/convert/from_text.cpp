@@ -61,7 +61,9 @@ long DateFromText(OleStringView text, VARTYPE type, VARIANT& out) noexcept {
     }
 }
 
-long ReadText(OleStringView text, VARTYPE type, VARIANT& out) noexcept {
+}  // namespace
+
+long varion::detail::ValueFromText(OleStringView text, VARTYPE type, VARIANT& out) noexcept {
     switch (type) {
     case VT_BOOL: return BoolFromText(text, out);
     case VT_I1: case VT_UI1: case VT_I2: case VT_UI2:
@@ -76,12 +78,10 @@ long ReadText(OleStringView text, VARTYPE type, VARIANT& out) noexcept {
     }
 }
 
-}  // namespace
-
 long CVarion::ChangeFromString(VARTYPE type) noexcept {
     if (m_v.vt != VT_BSTR) return RC_NOT_CONVERTIBLE;
     VARIANT result{};
-    if (ReadText(TextOf(m_v.bstrVal), type, result) != RC_OK) return RC_NOT_CONVERTIBLE;
+    if (ValueFromText(TextOf(m_v.bstrVal), type, result) != RC_OK) return RC_NOT_CONVERTIBLE;
     SysFreeString(m_v.bstrVal);
     CommitMember(m_v, result);
     return RC_OK;
