@@ -278,7 +278,7 @@ public:
     /// array: -1. VT_EMPTY: cleared. From VT_EMPTY: the zero value of newType.
     /// Numbers convert with range checks and round half away from zero
     /// (VT_R8 2.5 to VT_I4 gives 3, VT_I4 300 to VT_UI1 gives -3).
-    long SetType(VARTYPE newType) noexcept {
+    VARION_FOLD_INLINE long SetType(VARTYPE newType) noexcept {
         // Number to number inline (a constant target folds to the one cast);
         // every other change goes through the dispatcher.
         if (const varion::detail::NumericCastFn cast = varion::detail::NumericCast(newType, m_v.vt))
@@ -588,7 +588,8 @@ private:
     /// The value read as numeric type T: numbers through the cast table on a
     /// 16-byte copy, other values through ReadConverted; 0 on failure.
     template <VARTYPE T>
-    varion::detail::NumericT<T> ReadAs() const noexcept {
+    VARION_FOLD_INLINE varion::detail::NumericT<T> ReadAs() const noexcept {
+        if (m_v.vt == T) return varion::detail::Load<varion::detail::NumericT<T>>(m_v);
         VARIANT copy = m_v;
         if (const varion::detail::NumericCastFn cast = varion::detail::NumericCast(T, m_v.vt)) {
             if (cast(copy) != 0) return 0;

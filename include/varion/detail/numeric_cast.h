@@ -22,7 +22,6 @@
 
 #include <varion/platform/automation.h>
 
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -30,6 +29,15 @@
 #include <limits>
 #include <type_traits>
 #include <utility>
+
+// Marks the few inline functions of a conversion between numbers that must be
+// inlined early, while the compiler can still see the type codes as constants
+// and fold the table look-up into a direct, inlinable call of the one cast.
+#if defined(_MSC_VER)
+#define VARION_FOLD_INLINE __forceinline
+#else
+#define VARION_FOLD_INLINE inline __attribute__((always_inline))
+#endif
 
 namespace varion::detail {
 
@@ -186,38 +194,56 @@ inline long CastInPlace(VARIANT& v) noexcept {
 /// The same type: nothing changes.
 inline long KeepInPlace(VARIANT&) noexcept { return 0; }
 
+// The tables are plain arrays so that a look-up with constant indices folds
+// before the inliner runs.
+struct NumericCastTable {
+    NumericCastFn cast[kNumericCount][kNumericCount];
+};
+
 template <VARTYPE T, std::size_t... S>
-constexpr std::array<NumericCastFn, kNumericCount> CastRow(std::index_sequence<S...>) noexcept {
-    return {(T == kNumericTypes[S] ? &KeepInPlace : &CastInPlace<T, kNumericTypes[S]>)...};
+constexpr void FillCastRow(NumericCastFn (&row)[kNumericCount], std::index_sequence<S...>) noexcept {
+    ((row[S] = T == kNumericTypes[S] ? &KeepInPlace : &CastInPlace<T, kNumericTypes[S]>), ...);
 }
 
 template <std::size_t... T>
-constexpr std::array<std::array<NumericCastFn, kNumericCount>, kNumericCount> CastTable(
-    std::index_sequence<T...>) noexcept {
-    return {CastRow<kNumericTypes[T]>(std::make_index_sequence<kNumericCount>{})...};
+constexpr NumericCastTable MakeCastTable(std::index_sequence<T...>) noexcept {
+    NumericCastTable table{};
+    (FillCastRow<kNumericTypes[T]>(table.cast[T], std::make_index_sequence<kNumericCount>{}), ...);
+    return table;
 }
 
-/// kNumericCasts[target][source], by position in kNumericTypes: all 121
+/// kNumericCasts.cast[target][source], by position in kNumericTypes: all 121
 /// pairs from the one rule.
-inline constexpr auto kNumericCasts = CastTable(std::make_index_sequence<kNumericCount>{});
+inline constexpr NumericCastTable kNumericCasts = MakeCastTable(std::make_index_sequence<kNumericCount>{});
 
-/// The position in kNumericTypes of every type code below 22, -1 for the
-/// codes that are not numeric.
-inline constexpr auto kNumericIndexOfCode = [] {
-    std::array<signed char, 22> index{};
-    for (std::size_t code = 0; code < index.size(); ++code)
-        index[code] = static_cast<signed char>(NumericIndex(static_cast<VARTYPE>(code)));
-    return index;
-}();
+/// The position in kNumericTypes of the type codes 0 to 21; -1 for the codes
+/// that are not numeric.
+// clang-format off
+inline constexpr signed char kNumericIndexOfCode[22] = {
+    /*  0 VT_EMPTY */ -1, /*  1 VT_NULL  */ -1, /*  2 VT_I2   */  2, /*  3 VT_I4   */  4,
+    /*  4 VT_R4    */  8, /*  5 VT_R8    */  9, /*  6 VT_CY   */ -1, /*  7 VT_DATE */ -1,
+    /*  8 VT_BSTR  */ -1, /*  9          */ -1, /* 10         */ -1, /* 11 VT_BOOL */ 10,
+    /* 12          */ -1, /* 13          */ -1, /* 14         */ -1, /* 15         */ -1,
+    /* 16 VT_I1    */  0, /* 17 VT_UI1   */  1, /* 18 VT_UI2  */  3, /* 19 VT_UI4  */  5,
+    /* 20 VT_I8    */  6, /* 21 VT_UI8   */  7,
+};
+// clang-format on
+
+constexpr bool IndexOfCodeMatches() noexcept {
+    for (int code = 0; code < 22; ++code)
+        if (kNumericIndexOfCode[code] != NumericIndex(static_cast<VARTYPE>(code))) return false;
+    return true;
+}
+static_assert(IndexOfCodeMatches(), "kNumericIndexOfCode lists the position of every numeric code");
 
 /// The cast from numeric type code `source` to numeric type code `target`;
 /// null when either code is not numeric.
-constexpr NumericCastFn NumericCast(VARTYPE target, VARTYPE source) noexcept {
-    if (target >= kNumericIndexOfCode.size() || source >= kNumericIndexOfCode.size()) return nullptr;
+VARION_FOLD_INLINE constexpr NumericCastFn NumericCast(VARTYPE target, VARTYPE source) noexcept {
+    if (target >= 22 || source >= 22) return nullptr;
     const int t = kNumericIndexOfCode[target];
     const int s = kNumericIndexOfCode[source];
     if (t < 0 || s < 0) return nullptr;
-    return kNumericCasts[static_cast<std::size_t>(t)][static_cast<std::size_t>(s)];
+    return kNumericCasts.cast[t][s];
 }
 
 }  // namespace varion::detail
