@@ -1,88 +1,202 @@
-// Numeric conversions, operator reads and the copying of values.
+// Numbers: conversions between numeric types (make the value, convert, read
+// it back), copies and assignments, comparison and addition; varion beside
+// the plain C++ that does the same work on native variables.
+#include "contenders.h"
+
 #include <varion/varion.h>
 
-#include <benchmark/benchmark.h>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <string>
 
 namespace {
 
-template <VARTYPE From, VARTYPE To>
-void SetTypePair(benchmark::State& state, CVarion source) {
+using bench::Add;
+
+void LabelCode(benchmark::State& state, long code) { state.SetLabel(code == RC_OK ? "ok" : "fails"); }
+
+// A conversion of a value made from `x`, read back as the target's type.
+// With `runtimeTarget` the target type comes from a variable the compiler
+// cannot see through, as when it comes from a device's description; else it
+// is the constant it usually is in code, and the conversion folds inline.
+template <VARTYPE To, class Read, class Source>
+void Convert(benchmark::State& state, Source x, bool runtimeTarget) {
+    long code = 0;
+    VARTYPE target = To;
     for (auto _ : state) {
-        CVarion v(source);
-        benchmark::DoNotOptimize(v.SetType(To));
-        benchmark::DoNotOptimize(v);
+        benchmark::DoNotOptimize(x);
+        if (runtimeTarget) benchmark::DoNotOptimize(target);
+        CVarion v(x);
+        code = runtimeTarget ? v.SetType(target) : v.SetType(To);
+        const Read back = code == RC_OK ? static_cast<Read>(v) : Read(0);
+        benchmark::DoNotOptimize(code);
+        benchmark::DoNotOptimize(back);
     }
-    (void)From;
+    LabelCode(state, code);
 }
 
-void BM_I4_to_R8(benchmark::State& s) { SetTypePair<VT_I4, VT_R8>(s, CVarion(123456)); }
-void BM_R8_to_I2(benchmark::State& s) { SetTypePair<VT_R8, VT_I2>(s, CVarion(1234.5)); }
-void BM_R8_to_I2_failing(benchmark::State& s) { SetTypePair<VT_R8, VT_I2>(s, CVarion(1e9)); }
-void BM_UI8_to_I8_failing(benchmark::State& s) { SetTypePair<VT_UI8, VT_I8>(s, CVarion(~0ULL)); }
-void BM_R4_to_UI1(benchmark::State& s) { SetTypePair<VT_R4, VT_UI1>(s, CVarion(200.25f)); }
-void BM_I8_to_BOOL(benchmark::State& s) { SetTypePair<VT_I8, VT_BOOL>(s, CVarion(5LL)); }
-
-void BM_OperatorLongOfR8(benchmark::State& state) {
-    const CVarion v(2.5);
-    for (auto _ : state) benchmark::DoNotOptimize(static_cast<long>(v));
-}
-
-void BM_OperatorDoubleOfI4(benchmark::State& state) {
-    const CVarion v(42);
-    for (auto _ : state) benchmark::DoNotOptimize(static_cast<double>(v));
-}
-
-void BM_CopyR8(benchmark::State& state) {
-    const CVarion v(2.5);
+// The plain C++ of the same conversions, range check and rounding included.
+void CastI4ToR8(benchmark::State& state) {
+    int x = bench::kI4Source;
     for (auto _ : state) {
-        CVarion copy(v);
+        benchmark::DoNotOptimize(x);
+        const double back = static_cast<double>(x);
+        benchmark::DoNotOptimize(back);
+    }
+}
+
+void CastR8ToI2(benchmark::State& state) {
+    double x = bench::kR8ForI2;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(x);
+        const double rounded = x < 0 ? x - 0.5 : x + 0.5;
+        const bool fits = rounded > -32769.0 && rounded < 32768.0;
+        const short back = fits ? static_cast<short>(rounded) : short(0);
+        benchmark::DoNotOptimize(fits);
+        benchmark::DoNotOptimize(back);
+    }
+}
+
+void CastUI8ToI8(benchmark::State& state) {
+    unsigned long long x = bench::kUI8AboveI8;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(x);
+        const bool fits = x <= static_cast<unsigned long long>(std::numeric_limits<long long>::max());
+        benchmark::DoNotOptimize(fits);
+        if (fits) {
+            const long long back = static_cast<long long>(x);
+            benchmark::DoNotOptimize(back);
+        }
+    }
+    state.SetLabel("fails");
+}
+
+// A value read through a conversion operator.
+template <class Read>
+void ReadAs(benchmark::State& state, const CVarion& v) {
+    for (auto _ : state) {
+        const Read r = v;
+        benchmark::DoNotOptimize(r);
+    }
+}
+
+// ---- copies -------------------------------------------------------------
+
+struct Raw16 {
+    unsigned char bytes[16];
+};
+
+void CopyValue(benchmark::State& state, const CVarion& source) {
+    for (auto _ : state) {
+        CVarion copy(source);
         benchmark::DoNotOptimize(copy);
     }
 }
 
-void BM_CopyBstr(benchmark::State& state) {
-    const CVarion v("a parameter value of 32 chars...");
-    for (auto _ : state) {
-        CVarion copy(v);
-        benchmark::DoNotOptimize(copy);
-    }
-}
-
-void BM_AssignBstr(benchmark::State& state) {
-    const CVarion v("a parameter value of 32 chars...");
+void AssignValue(benchmark::State& state, const CVarion& source) {
     CVarion target;
     for (auto _ : state) {
-        target = v;
+        target = source;
         benchmark::DoNotOptimize(target);
     }
 }
 
-}  // namespace
-
-BENCHMARK(BM_I4_to_R8);
-BENCHMARK(BM_R8_to_I2);
-BENCHMARK(BM_R8_to_I2_failing);
-BENCHMARK(BM_UI8_to_I8_failing);
-BENCHMARK(BM_R4_to_UI1);
-BENCHMARK(BM_I8_to_BOOL);
-BENCHMARK(BM_OperatorLongOfR8);
-BENCHMARK(BM_OperatorDoubleOfI4);
-BENCHMARK(BM_CopyR8);
-BENCHMARK(BM_CopyBstr);
-BENCHMARK(BM_AssignBstr);
-
-namespace {
-// The floor for copying a value: 16 bytes.
-void BM_Copy16Bytes(benchmark::State& state) {
-    struct Raw {
-        unsigned char b[16];
-    };
-    Raw source{};
-    source.b[0] = 5;
+void Copy16Bytes(benchmark::State& state) {
+    Raw16 source{};
+    source.bytes[0] = VT_R8;
     for (auto _ : state) {
-        Raw copy = source;
+        benchmark::DoNotOptimize(source);
+        Raw16 copy = source;
         benchmark::DoNotOptimize(copy);
     }
 }
+
+void CopyString(benchmark::State& state, const OleString& source) {
+    for (auto _ : state) {
+        OleString copy(source);
+        benchmark::DoNotOptimize(copy);
+    }
+}
+
+// ---- comparison and addition -----------------------------------------------
+
+void Equal(benchmark::State& state, const CVarion& a, const CVarion& b) {
+    int equal = 0;
+    for (auto _ : state) {
+        equal = a == b;
+        benchmark::DoNotOptimize(equal);
+    }
+    state.SetLabel(equal ? "equal" : "not equal");
+}
+
+template <class T>
+void PlainEqual(benchmark::State& state, T x, T y) {
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(x);
+        benchmark::DoNotOptimize(y);
+        const bool equal = x == y;
+        benchmark::DoNotOptimize(equal);
+    }
+}
+
+void AddValues(benchmark::State& state, const CVarion& a, const CVarion& b) {
+    CVarion result;
+    for (auto _ : state) {
+        CVarion::ADD(result, a, b);
+        benchmark::DoNotOptimize(result);
+    }
+    state.SetLabel(std::to_string(static_cast<long>(result)));
+}
+
+void PlainAdd(benchmark::State& state) {
+    int x = 5;
+    int y = 7;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(x);
+        benchmark::DoNotOptimize(y);
+        const long long sum = static_cast<long long>(x) + y;
+        benchmark::DoNotOptimize(sum);
+    }
+}
+
+[[maybe_unused]] const bool registered = bench::Register([] {
+    for (const bool runtime : {false, true}) {
+        const char* varion = runtime ? "varion, target type at run time" : "varion";
+        Add("numeric", "VT_I4 to VT_R8", varion,
+            [runtime](auto& s) { Convert<VT_R8, double>(s, bench::kI4Source, runtime); });
+        Add("numeric", "VT_R8 to VT_I2", varion,
+            [runtime](auto& s) { Convert<VT_I2, short>(s, bench::kR8ForI2, runtime); });
+        Add("numeric", "VT_UI8 to VT_I8 (fails)", varion, [runtime](auto& s) {
+            Convert<VT_I8, LONGLONG>(s, static_cast<ULONGLONG>(bench::kUI8AboveI8), runtime);
+        });
+    }
+    Add("numeric", "VT_I4 to VT_R8", "plain cast", CastI4ToR8);
+    Add("numeric", "VT_R8 to VT_I2", "plain cast", CastR8ToI2);
+    Add("numeric", "VT_UI8 to VT_I8 (fails)", "plain cast", CastUI8ToI8);
+    // varion alone: other pairs and the conversion operators.
+    Add("numeric", "VT_R4 to VT_UI1", "varion", [](auto& s) { Convert<VT_UI1, unsigned char>(s, 200.25f, true); });
+    Add("numeric", "VT_I8 to VT_BOOL", "varion", [](auto& s) { Convert<VT_BOOL, int>(s, 5LL, true); });
+    Add("numeric", "VT_R8 read as long", "varion", [v = CVarion(2.5)](auto& s) { ReadAs<long>(s, v); });
+    Add("numeric", "VT_I4 read as double", "varion", [v = CVarion(42)](auto& s) { ReadAs<double>(s, v); });
+
+    const CVarion real(2.5);
+    const CVarion text(bench::kString32);
+    const OleString wide(CString(bench::kString32).View());
+    Add("copy", "copy VT_R8", "varion", [real](auto& s) { CopyValue(s, real); });
+    Add("copy", "copy VT_R8", "16-byte copy", Copy16Bytes);
+    Add("copy", "assign VT_R8", "varion", [real](auto& s) { AssignValue(s, real); });
+    Add("copy", "assign VT_R8", "16-byte copy", Copy16Bytes);
+    Add("copy", "copy VT_BSTR of 32 characters", "varion", [text](auto& s) { CopyValue(s, text); });
+    Add("copy", "copy VT_BSTR of 32 characters", "std::u16string", [wide](auto& s) { CopyString(s, wide); });
+    Add("copy", "assign VT_BSTR of 32 characters", "varion", [text](auto& s) { AssignValue(s, text); });
+
+    Add("ops", "VT_I4 == VT_I4", "varion", [](auto& s) { Equal(s, CVarion(5), CVarion(5)); });
+    Add("ops", "VT_I4 == VT_I4", "plain ==", [](auto& s) { PlainEqual(s, 5, 5); });
+    Add("ops", "VT_R8 == VT_R8", "varion", [](auto& s) { Equal(s, CVarion(2.5), CVarion(2.5)); });
+    Add("ops", "VT_R8 == VT_R8", "plain ==", [](auto& s) { PlainEqual(s, 2.5, 2.5); });
+    Add("ops", "ADD VT_I4 + VT_I4", "varion", [](auto& s) { AddValues(s, CVarion(5), CVarion(7)); });
+    Add("ops", "ADD VT_I4 + VT_I4", "plain +", PlainAdd);
+});
+
 }  // namespace
-BENCHMARK(BM_Copy16Bytes);

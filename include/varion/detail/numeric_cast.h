@@ -194,56 +194,45 @@ inline long CastInPlace(VARIANT& v) noexcept {
 /// The same type: nothing changes.
 inline long KeepInPlace(VARIANT&) noexcept { return 0; }
 
-// The tables are plain arrays so that a look-up with constant indices folds
+/// The numeric type codes all lie below 22: a table by code has no gaps to
+/// test for beyond this bound.
+inline constexpr VARTYPE kNumericCodeLimit = 22;
+
+// The table is a plain array so that a look-up with constant codes folds
 // before the inliner runs.
 struct NumericCastTable {
-    NumericCastFn cast[kNumericCount][kNumericCount];
+    NumericCastFn cast[kNumericCodeLimit][kNumericCodeLimit];
 };
 
 template <VARTYPE T, std::size_t... S>
-constexpr void FillCastRow(NumericCastFn (&row)[kNumericCount], std::index_sequence<S...>) noexcept {
-    ((row[S] = T == kNumericTypes[S] ? &KeepInPlace : &CastInPlace<T, kNumericTypes[S]>), ...);
+constexpr void FillCastRow(NumericCastFn (&row)[kNumericCodeLimit], std::index_sequence<S...>) noexcept {
+    ((row[kNumericTypes[S]] = T == kNumericTypes[S] ? &KeepInPlace : &CastInPlace<T, kNumericTypes[S]>), ...);
 }
 
 template <std::size_t... T>
 constexpr NumericCastTable MakeCastTable(std::index_sequence<T...>) noexcept {
     NumericCastTable table{};
-    (FillCastRow<kNumericTypes[T]>(table.cast[T], std::make_index_sequence<kNumericCount>{}), ...);
+    (FillCastRow<kNumericTypes[T]>(table.cast[kNumericTypes[T]], std::make_index_sequence<kNumericCount>{}), ...);
     return table;
 }
 
-/// kNumericCasts.cast[target][source], by position in kNumericTypes: all 121
-/// pairs from the one rule.
+/// kNumericCasts.cast[target][source] by type code: the 121 numeric pairs
+/// from the one rule, null where either code is not numeric.
 inline constexpr NumericCastTable kNumericCasts = MakeCastTable(std::make_index_sequence<kNumericCount>{});
-
-/// The position in kNumericTypes of the type codes 0 to 21; -1 for the codes
-/// that are not numeric.
-// clang-format off
-inline constexpr signed char kNumericIndexOfCode[22] = {
-    /*  0 VT_EMPTY */ -1, /*  1 VT_NULL  */ -1, /*  2 VT_I2   */  2, /*  3 VT_I4   */  4,
-    /*  4 VT_R4    */  8, /*  5 VT_R8    */  9, /*  6 VT_CY   */ -1, /*  7 VT_DATE */ -1,
-    /*  8 VT_BSTR  */ -1, /*  9          */ -1, /* 10         */ -1, /* 11 VT_BOOL */ 10,
-    /* 12          */ -1, /* 13          */ -1, /* 14         */ -1, /* 15         */ -1,
-    /* 16 VT_I1    */  0, /* 17 VT_UI1   */  1, /* 18 VT_UI2  */  3, /* 19 VT_UI4  */  5,
-    /* 20 VT_I8    */  6, /* 21 VT_UI8   */  7,
-};
-// clang-format on
-
-constexpr bool IndexOfCodeMatches() noexcept {
-    for (int code = 0; code < 22; ++code)
-        if (kNumericIndexOfCode[code] != NumericIndex(static_cast<VARTYPE>(code))) return false;
-    return true;
-}
-static_assert(IndexOfCodeMatches(), "kNumericIndexOfCode lists the position of every numeric code");
 
 /// The cast from numeric type code `source` to numeric type code `target`;
 /// null when either code is not numeric.
 VARION_FOLD_INLINE constexpr NumericCastFn NumericCast(VARTYPE target, VARTYPE source) noexcept {
-    if (target >= 22 || source >= 22) return nullptr;
-    const int t = kNumericIndexOfCode[target];
-    const int s = kNumericIndexOfCode[source];
-    if (t < 0 || s < 0) return nullptr;
-    return kNumericCasts.cast[t][s];
+    if (target >= kNumericCodeLimit || source >= kNumericCodeLimit) return nullptr;
+    return kNumericCasts.cast[target][source];
 }
+
+constexpr bool CastTableHoldsTheNumericPairs() noexcept {
+    for (VARTYPE t = 0; t < kNumericCodeLimit; ++t)
+        for (VARTYPE s = 0; s < kNumericCodeLimit; ++s)
+            if ((NumericCast(t, s) != nullptr) != (NumericIndex(t) >= 0 && NumericIndex(s) >= 0)) return false;
+    return true;
+}
+static_assert(CastTableHoldsTheNumericPairs(), "a cast for every numeric pair and for nothing else");
 
 }  // namespace varion::detail
