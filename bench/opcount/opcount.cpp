@@ -3,6 +3,7 @@
 // allocations the loop made per operation.
 //
 //   varion_opcount --list             the operations, one "family/operation" a line
+//                                     ("baseline/nothing" first: the loop alone)
 //   varion_opcount <operation> <n>    runs it n times: "allocations 0"
 //
 // bench/run-peers.sh runs each operation under valgrind --tool=callgrind with
@@ -61,6 +62,8 @@ std::function<void()> ReadText(const char* text) {
 
 std::vector<Operation> Operations() {
     std::vector<Operation> ops;
+    // The loop and the call alone, subtracted from every other count.
+    ops.push_back({"baseline/nothing", [] {}});
     ops.push_back({"numeric/VT_I4 to VT_R8", Convert<VT_R8, double>(bench::kI4Source)});
     ops.push_back({"numeric/VT_R8 to VT_I2", Convert<VT_I2, short>(bench::kR8ForI2)});
     ops.push_back(
