@@ -3,6 +3,8 @@
 #include "convert/numeric.h"
 #include "value/access.h"
 
+#include <array>
+#include <bit>
 #include <charconv>
 #include <clocale>
 #include <cmath>
@@ -107,6 +109,51 @@ bool IsDigitChar(C c) noexcept {
     return c >= C('0') && c <= C('9');
 }
 
+// Runs of digits in UTF-16 text are read four code units at a time, as one
+// 64-bit word (little-endian: the first unit in the low bits), which takes
+// the per-digit loop off the path of long numbers.
+template <class C>
+constexpr bool kFourAtATime = sizeof(C) == 2 && std::endian::native == std::endian::little;
+
+// Whether the four code units at `p` are all decimal digits; if so their
+// value, the first the most significant ("1234" gives 1234).
+template <class C>
+bool FourDigits(const C* p, std::uint64_t& value) noexcept {
+    constexpr std::uint64_t kLanes = 0xFFF0FFF0FFF0FFF0ULL;
+    constexpr std::uint64_t kZeros = 0x0030003000300030ULL;  // "0000"
+    std::uint64_t word = 0;
+    std::memcpy(&word, p, sizeof word);
+    // 0x30 to 0x3F in every lane, and no lane above 0x39 (adding 6 carries
+    // 0x3A to 0x3F into the next nibble).
+    if ((word & kLanes) != kZeros || ((word + 0x0006000600060006ULL) & kLanes) != kZeros) return false;
+    const std::uint64_t d = word - kZeros;                 // d0 d1 d2 d3, d0 lowest
+    const std::uint64_t pairs = d * 10 + (d >> 16);         // d0d1 in lane 0, d2d3 in lane 2
+    value = (pairs & 0xFFFF) * 100 + ((pairs >> 32) & 0xFFFF);
+    return true;
+}
+
+// The end of the run of digits starting at `i`.
+template <class C>
+std::size_t DigitsEnd(const C* text, std::size_t i, std::size_t n) noexcept {
+    if constexpr (kFourAtATime<C>) {
+        std::uint64_t ignored = 0;
+        while (i + 4 <= n && FourDigits(text + i, ignored)) i += 4;
+    }
+    while (i < n && IsDigitChar(text[i])) ++i;
+    return i;
+}
+
+// `m` followed by the digits text[from, to), all digits.
+template <class C>
+std::uint64_t AppendDigits(std::uint64_t m, const C* text, std::size_t from, std::size_t to) noexcept {
+    if constexpr (kFourAtATime<C>) {
+        std::uint64_t four = 0;
+        for (; from + 4 <= to && FourDigits(text + from, four); from += 4) m = m * 10000 + four;
+    }
+    for (; from < to; ++from) m = m * 10 + static_cast<std::uint64_t>(text[from] - C('0'));
+    return m;
+}
+
 // The longest beginning of [text, text + n) that is a decimal number.
 template <class C>
 DecimalScan ScanDecimal(const C* text, std::size_t n) noexcept {
@@ -114,11 +161,10 @@ DecimalScan ScanDecimal(const C* text, std::size_t n) noexcept {
     std::size_t i = 0;
     if (i < n && (text[i] == C('+') || text[i] == C('-'))) scan.negative = text[i++] == C('-');
     scan.start = i;
-    while (i < n && IsDigitChar(text[i])) ++i;
+    i = DigitsEnd(text, i, n);
     const std::size_t integerEnd = i;
     if (i < n && (text[i] == C('.') || text[i] == C(','))) {
-        std::size_t j = i + 1;
-        while (j < n && IsDigitChar(text[j])) ++j;
+        const std::size_t j = DigitsEnd(text, i + 1, n);
         if (integerEnd > scan.start || j > i + 1) {
             scan.separator = i;
             i = j;
@@ -153,6 +199,42 @@ double DecimalValue(const char* number, const DecimalScan& scan) noexcept {
         value = 0.0;  // not reached: the scan accepts only what from_chars reads
     }
     return scan.negative ? -value : value;
+}
+
+// The powers of ten a double holds exactly: 10^0 to 10^22.
+constexpr double kExactPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                        1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+// The value of a scanned number in `text` (the characters the scan was made
+// on) when it needs no more than one correctly rounded operation: its digits,
+// without the separator and leading zeros, make an integer m below 2^53 and
+// its power of ten p lies within 22 of zero, so that m and 10^|p| are exact
+// doubles and m * 10^p (or m / 10^-p) is the double nearest the number, the
+// one std::from_chars reads. False for every other number.
+template <class C>
+bool ExactDecimalValue(const C* text, const DecimalScan& scan, double& value) noexcept {
+    // Nineteen digits and a separator at most, so that m cannot overflow.
+    if (scan.mantissaEnd - scan.start > 20) return false;
+    const std::size_t separator = scan.separator == std::string_view::npos ? scan.mantissaEnd : scan.separator;
+    std::uint64_t m = AppendDigits(0, text, scan.start, separator);
+    if (separator < scan.mantissaEnd) m = AppendDigits(m, text, separator + 1, scan.mantissaEnd);
+    if (m >= 1ULL << 53) return false;
+    // Each digit after the separator divides by ten.
+    long long power = scan.mantissaEnd > separator ? -static_cast<long long>(scan.mantissaEnd - separator - 1) : 0;
+    if (scan.end > scan.mantissaEnd) {  // "E", an optional sign, digits
+        std::size_t i = scan.mantissaEnd + 1;
+        const bool negative = text[i] == C('-');
+        if (text[i] == C('+') || text[i] == C('-')) ++i;
+        long long e = 0;
+        for (; i < scan.end; ++i)
+            if (e < 1000) e = e * 10 + (text[i] - C('0'));
+        power += negative ? -e : e;
+    }
+    if (power < -22 || power > 22) return false;
+    const double magnitude = power < 0 ? static_cast<double>(m) / kExactPowersOfTen[-power]
+                                       : static_cast<double>(m) * kExactPowersOfTen[power];
+    value = scan.negative ? -magnitude : magnitude;
+    return true;
 }
 
 // Reads the longest decimal number at the start of a prepared text into
@@ -241,11 +323,104 @@ long DoubleInto(double d, VARTYPE type, VARIANT& out) noexcept {
     return RC_OK;
 }
 
+#if defined(__SIZEOF_INT128__)
+__extension__ typedef unsigned __int128 Uint128;
+#endif
+
+// The two-digit texts "00" to "99", one after the other.
+constexpr auto kDigitPairs = [] {
+    std::array<char, 200> pairs{};
+    for (std::size_t i = 0; i < 100; ++i) {
+        pairs[2 * i] = static_cast<char>('0' + i / 10);
+        pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
+    }
+    return pairs;
+}();
+
+// Writes the `count` last decimal digits of n, with leading zeros.
+void WriteDigits(std::uint64_t n, std::size_t count, char* out) noexcept {
+    char* end = out + count;
+    for (; count >= 2; count -= 2, n /= 100) {
+        end -= 2;
+        std::memcpy(end, &kDigitPairs[2 * (n % 100)], 2);
+    }
+    if (count == 1) *--end = static_cast<char>('0' + n % 10);
+}
+
+// WriteTrimmedFixed's text by exact integer arithmetic, for every finite x
+// below 2^64 in magnitude: x = m * 2^-k splits into the whole part m >> k and
+// the fraction f / 2^k (f the low k bits of m), whose fifteen decimals of
+// "%.15f" are f * 10^15 / 2^k rounded to the nearest integer, ties to even,
+// as std::to_chars(fixed, 15) rounds; a carry out of the decimals adds one to
+// the whole part. The trailing zeros of the decimals are never written.
+// Answers the length, or 0 for the other values (NaN, infinities, 2^64 and
+// above, or no 128-bit integer type).
+std::size_t ExactTrimmedFixed(double x, char* out) noexcept {
+#if defined(__SIZEOF_INT128__)
+    constexpr std::uint64_t kScale = 1000000000000000ULL;  // 10^15
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &x, sizeof bits);
+    const auto biased = static_cast<int>((bits >> 52) & 0x7FF);
+    if (biased == 0x7FF) return 0;
+    const std::uint64_t fraction = bits & ((1ULL << 52) - 1);
+    const std::uint64_t m = biased == 0 ? fraction : fraction | (1ULL << 52);
+    const int k = biased == 0 ? 1074 : 1075 - biased;  // x = m * 2^-k
+    std::uint64_t whole = 0;
+    std::uint64_t decimals = 0;
+    if (k <= 0) {
+        if (k < -11) return 0;  // 2^64 or more
+        whole = m << -k;
+    } else {
+        whole = k < 64 ? m >> k : 0;
+        const std::uint64_t f = k < 64 ? m & ((1ULL << k) - 1) : m;
+        if (k < 128) {
+            const Uint128 product = static_cast<Uint128>(f) * kScale;
+            Uint128 q = product >> k;
+            const Uint128 rest = product - (q << k);
+            const Uint128 half = static_cast<Uint128>(1) << (k - 1);
+            if (rest > half || (rest == half && (q & 1U) != 0)) ++q;
+            decimals = static_cast<std::uint64_t>(q);
+        }  // else f * 10^15 / 2^k lies below 2^-24 and rounds to 0
+        if (decimals == kScale) {
+            ++whole;
+            decimals = 0;
+        }
+    }
+    char* p = out;
+    if ((bits >> 63) != 0) *p++ = '-';
+    p = std::to_chars(p, p + 20, whole).ptr;
+    *p++ = '.';
+    if (decimals == 0) {
+        *p++ = '0';
+        return static_cast<std::size_t>(p - out);
+    }
+    // At most fourteen trailing zeros: steps of 8, 4, 2 and 1 drop them all.
+    struct ZeroStep {
+        std::uint64_t power;
+        std::size_t digits;
+    };
+    constexpr ZeroStep kZeroSteps[] = {{100000000ULL, 8}, {10000ULL, 4}, {100ULL, 2}, {10ULL, 1}};
+    std::size_t count = 15;
+    for (const ZeroStep& step : kZeroSteps) {
+        if (decimals % step.power == 0) {
+            decimals /= step.power;
+            count -= step.digits;
+        }
+    }
+    WriteDigits(decimals, count, p);
+    return static_cast<std::size_t>(p + count - out);
+#else
+    (void)x;
+    (void)out;
+    return 0;
+#endif
+}
+
 }  // namespace
 
 std::size_t WriteTrimmedFixed(double x, char* out) noexcept {
-    const auto result = std::to_chars(out, out + kFixedTextMax, x, std::chars_format::fixed, 15);
-    auto n = static_cast<std::size_t>(result.ptr - out);
+    if (const std::size_t n = ExactTrimmedFixed(x, out); n != 0) return n;
+    auto n = static_cast<std::size_t>(std::to_chars(out, out + kFixedTextMax, x, std::chars_format::fixed, 15).ptr - out);
     while (n > 0 && out[n - 1] == '0') --n;
     if (n > 0 && out[n - 1] == '.') out[n++] = '0';
     return n;
@@ -418,10 +593,14 @@ bool PlainDecimalFromText(OleStringView trimmed, VARTYPE type, VARIANT& out, lon
     if (trimmed[0] == '0' && n > 1 && trimmed[1] != '.' && trimmed[1] != ',') return false;
     const DecimalScan scan = ScanDecimal(trimmed.data(), n);
     if (scan.end != n) return false;
-    char number[kLongest];
-    for (std::size_t k = scan.start; k < n; ++k) number[k - scan.start] = static_cast<char>(trimmed[k]);
-    if (scan.separator != std::string_view::npos) number[scan.separator - scan.start] = '.';
-    code = DoubleInto(DecimalValue(number, scan), type, out);
+    double value = 0.0;
+    if (!ExactDecimalValue(trimmed.data(), scan, value)) {
+        char number[kLongest];
+        for (std::size_t k = scan.start; k < n; ++k) number[k - scan.start] = static_cast<char>(trimmed[k]);
+        if (scan.separator != std::string_view::npos) number[scan.separator - scan.start] = '.';
+        value = DecimalValue(number, scan);
+    }
+    code = DoubleInto(value, type, out);
     return true;
 }
 
@@ -435,6 +614,14 @@ long NumberFromText(OleStringView text, VARTYPE type, VARIANT& out) noexcept {
     if (!prepared.Assign(text)) return RC_NOT_CONVERTIBLE;
     return floating ? FloatingFromText(prepared.Data(), prepared.Size(), type, out)
                     : IntegerFromText(prepared.Data(), prepared.Size(), type, out);
+}
+
+long NumberFromString(BSTR text, VARTYPE type, VARIANT& out) noexcept {
+    if ((type == VT_R4 || type == VT_R8) && text != nullptr) {
+        long code = RC_NOT_CONVERTIBLE;
+        if (PlainDecimalFromText(TrimmedView(OleStringView(text, SysStringLen(text))), type, out, code)) return code;
+    }
+    return NumberFromText(TextOf(text), type, out);
 }
 
 }  // namespace varion::detail

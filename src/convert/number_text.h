@@ -113,6 +113,11 @@ bool PlainDecimalFromText(OleStringView trimmed, VARTYPE type, VARIANT& out, lon
 /// only for texts of more than 128 characters.
 long NumberFromText(OleStringView text, VARTYPE type, VARIANT& out) noexcept;
 
+/// NumberFromText on the text of a string value (up to its first zero code
+/// unit). A plain decimal number (PlainDecimalFromText) is read from the whole
+/// string first: it holds no zero code unit, so it needs no search for one.
+long NumberFromString(BSTR text, VARTYPE type, VARIANT& out) noexcept;
+
 /// One token of a byte list read as scanf's "%x" reads it: optional ASCII
 /// white space, an optional "0x" or "0X", hexadecimal digits up to the first
 /// other character (which ends the scan, not the token). False when no digit

@@ -4,7 +4,6 @@
 // copy of the VARIANT; what they cannot read that way comes here.
 #include <varion/varion.h>
 
-#include "convert/number_text.h"
 #include "convert/routes.h"
 #include "value/access.h"
 
@@ -13,14 +12,11 @@
 using varion::detail::Access;
 
 bool CVarion::ReadConverted(VARTYPE type, VARIANT& out) const noexcept {
-    if (m_v.vt == VT_BSTR) {
-        // A string is read where it stands: converting a copy would
-        // duplicate the string only to release it again.
-        VARIANT result{};
-        if (varion::detail::ValueFromText(varion::detail::TextOf(m_v.bstrVal), type, result) != RC_OK) return false;
-        out = result;
-        return true;
-    }
+    // A string is read where it stands: converting a copy would duplicate
+    // the string only to release it again. The rule writes `out` itself (a
+    // VARIANT put together here and copied whole would be read back before
+    // its parts are stored).
+    if (m_v.vt == VT_BSTR) return varion::detail::ValueFromText(m_v.bstrVal, type, out) == RC_OK;
     CVarion copy(*this);
     if (copy.SetType(type) < 0) return false;
     out = copy.m_v;

@@ -149,6 +149,12 @@ const char* ValueOf(const char* entry, const char* variable) noexcept {
     return entry;
 }
 
+bool SameText(const char* a, const char* b) noexcept {
+    for (; *a == *b; ++a, ++b)
+        if (*a == 0) return true;
+    return false;
+}
+
 // The value of the first of LC_ALL, LC_TIME and LANG that is set and not
 // empty, or null. One pass over the environment finds all three, where three
 // getenv calls would pass over it three times; each variable is the first
@@ -166,13 +172,14 @@ const char* UserLocaleName() noexcept {
     for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
         const char* e = *entry;
         if (e[0] != 'L') continue;  // none of the three: most entries stop here
-        if (e[1] == 'A') {
-            if (found[2] == nullptr) found[2] = ValueOf(e, kLocaleVariables[2]);
-        } else if (e[1] == 'C' && e[2] == '_') {
-            if (found[0] == nullptr) found[0] = ValueOf(e, kLocaleVariables[0]);
-            if (found[1] == nullptr) found[1] = ValueOf(e, kLocaleVariables[1]);
-            if (found[0] != nullptr && found[0][0] != 0) break;  // LC_ALL decides; nothing after it counts
-        }
+        // The second and fourth characters tell the three apart.
+        std::size_t i = std::size(found);
+        if (e[1] == 'A')
+            i = 2;
+        else if (e[1] == 'C' && e[2] == '_' && (e[3] == 'A' || e[3] == 'T'))
+            i = e[3] == 'A' ? 0 : 1;
+        if (i < std::size(found) && found[i] == nullptr) found[i] = ValueOf(e, kLocaleVariables[i]);
+        if (found[0] != nullptr && found[0][0] != 0) break;  // LC_ALL decides; nothing after it counts
     }
     for (const char* value : found)
         if (value != nullptr && value[0] != 0) return value;
@@ -193,7 +200,7 @@ const LocaleInfo& UserLocale() noexcept {
         const LocaleInfo* row;
     };
     static thread_local LastName last{{}, nullptr};
-    if (last.row != nullptr && std::strcmp(last.text, name) == 0) return *last.row;
+    if (last.row != nullptr && SameText(last.text, name)) return *last.row;
     const LocaleInfo& row = LocaleFromName(name);
     const std::size_t length = std::strlen(name);
     if (length < sizeof last.text) {
