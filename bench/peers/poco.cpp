@@ -64,18 +64,20 @@ void ToText(benchmark::State& state, double x) {
     state.SetLabel(Var(x).convert<std::string>());
 }
 
-void Copy(benchmark::State& state, const Var& source) {
+void Copy(benchmark::State& state, Var source) {
     for (auto _ : state) {
+        bench::Launder(source);
         Var copy(source);
-        benchmark::DoNotOptimize(copy);
+        bench::Keep(copy);
     }
 }
 
-void Assign(benchmark::State& state, const Var& source) {
+void Assign(benchmark::State& state, Var source) {
     Var target;
     for (auto _ : state) {
+        bench::Launder(source);
         target = source;
-        benchmark::DoNotOptimize(target);
+        bench::Keep(target);
     }
 }
 

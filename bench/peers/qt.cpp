@@ -65,18 +65,20 @@ void ToText(benchmark::State& state, double x) {
     state.SetLabel(Utf8(QVariant(x).toString()));
 }
 
-void Copy(benchmark::State& state, const QVariant& source) {
+void Copy(benchmark::State& state, QVariant source) {
     for (auto _ : state) {
+        bench::Launder(source);
         QVariant copy(source);
-        benchmark::DoNotOptimize(copy);
+        bench::Keep(copy);
     }
 }
 
-void Assign(benchmark::State& state, const QVariant& source) {
+void Assign(benchmark::State& state, QVariant source) {
     QVariant target;
     for (auto _ : state) {
+        bench::Launder(source);
         target = source;
-        benchmark::DoNotOptimize(target);
+        bench::Keep(target);
     }
 }
 

@@ -20,6 +20,8 @@
 #include <varion/platform/automation.h>
 #include <varion/platform/cstring.h>
 
+#include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -75,6 +77,22 @@ concept ArrayElement =
     std::is_same_v<T, bool> || std::is_same_v<T, CString> || std::is_same_v<T, CVarion> ||
     ((std::is_integral_v<T> || std::is_floating_point_v<T>) &&
      (sizeof(T) == 1 || sizeof(T) == 2 || sizeof(T) == 4 || sizeof(T) == 8));
+
+namespace detail {
+/// The type codes whose content is the value field alone: the numbers, the
+/// date family and an interface pointer (carried without a reference). A copy
+/// of such a value is its 16 bytes with the reserved words zeroed.
+inline constexpr auto kPlainValueCodes = [] {
+    std::array<bool, 128> codes{};
+    for (const VARTYPE code : {VT_I2, VT_I4, VT_R4, VT_R8, VT_DATE, VT_BOOL, VT_UNKNOWN, VT_I1, VT_UI1, VT_UI2,
+                               VT_UI4, VT_I8, VT_UI8})
+        codes[code] = true;
+    for (const VARTYPE code : {VTX_DURATION, VTX_DURATION_MSF, VTX_DATETIME_ALT, VTX_DATETIME, VTX_ISO_DURATION,
+                               VTX_ISO_DATETIME})
+        codes[code] = true;
+    return codes;
+}();
+}  // namespace detail
 
 template <class T>
 constexpr ElementKind ElementKindOf = std::is_same_v<T, bool>      ? ElementKind::Bool
@@ -147,9 +165,12 @@ public:
     /// A deep copy: strings and arrays are duplicated, a fixed-size array stays
     /// fixed-size. VT_NULL, unknown codes and failed duplications give VT_EMPTY.
     CVarion(const CVarion& other) noexcept {
-        if (HoldsPlainValue(other.m_v.vt)) {
-            m_v.vt = other.m_v.vt;
-            m_v.wReserved1 = m_v.wReserved2 = m_v.wReserved3 = 0;
+        const VARTYPE type = other.m_v.vt;
+        if (HoldsPlainValue(type)) {
+            // Two 8-byte stores: the type code with its zeroed reserved
+            // words, then the value field.
+            const std::uint64_t head = std::endian::native == std::endian::little ? type : std::uint64_t{type} << 48;
+            std::memcpy(static_cast<void*>(&m_v), &head, sizeof head);
             std::memcpy(&m_v.llVal, &other.m_v.llVal, sizeof(m_v.llVal));
         } else {
             CopyContent(other);
@@ -568,7 +589,7 @@ private:
     /// Codes whose content is the value field alone (numbers, dates, the
     /// Boolean, an interface pointer carried without a reference).
     static constexpr bool HoldsPlainValue(VARTYPE t) noexcept {
-        return t < 32 ? ((0x003F28BCu >> t) & 1u) != 0 : (t >= 100 && t <= 106 && t != 104);
+        return t < varion::detail::kPlainValueCodes.size() && varion::detail::kPlainValueCodes[t];
     }
     /// Codes whose content lives outside the value: a string or an array.
     static constexpr bool OwnsContent(VARTYPE t) noexcept { return t == VT_BSTR || (t & VT_ARRAY) != 0; }
