@@ -207,11 +207,14 @@ public:
 
     /// Releases the content.
     ~CVarion() {
-        if (m_v.vt == VT_BSTR || (m_v.vt & VT_ARRAY) != 0) Clear();
+        if (OwnsContent(m_v.vt)) ReleaseContent();
     }
 
     /// Releases the string or array and makes the value VT_EMPTY.
-    void Clear() noexcept;
+    void Clear() noexcept {
+        if (OwnsContent(m_v.vt)) ReleaseContent();
+        m_v.vt = VT_EMPTY;
+    }
 
     /// Deep assignment. An array destination keeps its place only for a source
     /// of the same type code and number of dimensions: a fixed-size destination
@@ -241,17 +244,32 @@ public:
     int IsNumeric() const noexcept;
 
     /// False only for 100, 101, 105 and 106 (which leave a VARIANT as text).
-    static bool IsNativeVariant(VARTYPE type) noexcept;
+    static constexpr bool IsNativeVariant(VARTYPE type) noexcept {
+        return type != VTX_DURATION && type != VTX_DURATION_MSF && type != VTX_ISO_DURATION &&
+               type != VTX_ISO_DATETIME;
+    }
     /// 2, 3, 4, 5, 11, 16 to 21 (the Boolean counts; VT_DATE does not).
-    static bool IsNumericType(VARTYPE type) noexcept;
+    static constexpr bool IsNumericType(VARTYPE type) noexcept {
+        switch (type) {
+        case VT_I2: case VT_I4: case VT_R4: case VT_R8: case VT_BOOL:
+        case VT_I1: case VT_UI1: case VT_UI2: case VT_UI4: case VT_I8: case VT_UI8:
+            return true;
+        default:
+            return false;
+        }
+    }
     /// VT_BSTR.
-    static bool IsStringType(VARTYPE type) noexcept;
+    static constexpr bool IsStringType(VARTYPE type) noexcept { return type == VT_BSTR; }
     /// 7, 100, 101, 102, 103, 105, 106.
-    static bool IsAnyDateType(VARTYPE type) noexcept;
+    static constexpr bool IsAnyDateType(VARTYPE type) noexcept { return IsDateTimeType(type) || IsDurationType(type); }
     /// 7, 102, 103, 106.
-    static bool IsDateTimeType(VARTYPE type) noexcept;
+    static constexpr bool IsDateTimeType(VARTYPE type) noexcept {
+        return type == VT_DATE || type == VTX_DATETIME_ALT || type == VTX_DATETIME || type == VTX_ISO_DATETIME;
+    }
     /// 100, 101, 105.
-    static bool IsDurationType(VARTYPE type) noexcept;
+    static constexpr bool IsDurationType(VARTYPE type) noexcept {
+        return type == VTX_DURATION || type == VTX_DURATION_MSF || type == VTX_ISO_DURATION;
+    }
 
     /// The type code that holds a device parameter of device-description type
     /// `ddType` and `size` bytes: (1, 4) gives VT_I4, (1, 5) VT_I8, (13, 8)
@@ -602,6 +620,9 @@ private:
     }
     /// The copy of a string, an array or a code without content.
     void CopyContent(const CVarion& other) noexcept;
+    /// Frees the string or destroys the array and nulls its pointer; the type
+    /// code stays.
+    void ReleaseContent() noexcept;
     /// Assignment where either value owns a string or an array.
     CVarion& AssignContent(const CVarion& other) noexcept;
     /// The type change of every route but number to number (SetType).

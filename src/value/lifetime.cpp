@@ -80,7 +80,7 @@ void CVarion::CopyContent(const CVarion& other) noexcept {
     }
 }
 
-void CVarion::Clear() noexcept {
+void CVarion::ReleaseContent() noexcept {
     if (m_v.vt == VT_BSTR && m_v.bstrVal != nullptr) {
         SysFreeString(m_v.bstrVal);
         m_v.bstrVal = nullptr;
@@ -89,7 +89,6 @@ void CVarion::Clear() noexcept {
         SafeArrayDestroy(m_v.parray);
         m_v.parray = nullptr;
     }
-    m_v.vt = VT_EMPTY;
 }
 
 CVarion& CVarion::AssignContent(const CVarion& other) noexcept {
