@@ -28,7 +28,7 @@ void FormatLocaleText(benchmark::State& state) {
     const double value = InstantValue();
     for (auto _ : state) {
         CString text = FormatDateTime(value);
-        benchmark::DoNotOptimize(text);
+        bench::Keep(text);
     }
     state.SetLabel(FormatDateTime(value).ToUtf8());
 }
@@ -46,21 +46,21 @@ void Strftime(benchmark::State& state) {
     int millisecond = t.millisecond;
     char buffer[64];
     for (auto _ : state) {
-        benchmark::DoNotOptimize(fields);
-        benchmark::DoNotOptimize(millisecond);
+        bench::Launder(fields);
+        bench::Launder(millisecond);
         std::size_t n = std::strftime(buffer, sizeof buffer, "%d.%m.%Y %H:%M:%S", &fields);
         buffer[n++] = ',';
         n = static_cast<std::size_t>(std::to_chars(buffer + n, buffer + sizeof buffer, millisecond).ptr - buffer);
-        benchmark::DoNotOptimize(n);
-        benchmark::ClobberMemory();
+        bench::Keep(n);
+        bench::Keep(buffer);
     }
 }
 
 void ParseIso(benchmark::State& state, const CString& text) {
     double value = 0;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(ParseIsoDateTime(text, value));
-        benchmark::DoNotOptimize(value);
+        bench::Keep(ParseIsoDateTime(text, value));
+        bench::Keep(value);
     }
     state.SetLabel(FormatIsoDateTime(value).ToUtf8());
 }
@@ -71,8 +71,8 @@ void ParseLocaleText(benchmark::State& state, const CString& text) {
     setenv("LC_ALL", bench::kUserLocale, 1);
     for (auto _ : state) {
         double value = 0;
-        benchmark::DoNotOptimize(ParseDateTimeText(text, 0, 0, value));
-        benchmark::DoNotOptimize(value);
+        bench::Keep(ParseDateTimeText(text, 0, 0, value));
+        bench::Keep(value);
     }
 }
 
@@ -80,7 +80,7 @@ template <class Produce>
 void Text(benchmark::State& state, Produce produce) {
     for (auto _ : state) {
         CString text = produce();
-        benchmark::DoNotOptimize(text);
+        bench::Keep(text);
     }
     state.SetLabel(produce().ToUtf8());
 }
@@ -89,8 +89,8 @@ void Fields(benchmark::State& state) {
     const double value = InstantValue();
     for (auto _ : state) {
         DateTimeFieldSet fields;
-        benchmark::DoNotOptimize(DateTimeFields(value, fields));
-        benchmark::DoNotOptimize(fields);
+        bench::Keep(DateTimeFields(value, fields));
+        bench::Keep(fields);
     }
 }
 

@@ -16,7 +16,7 @@ using bench::Add;
 void Display(benchmark::State& state, const CVarion& value, const CString& format) {
     for (auto _ : state) {
         CString text = value.GetStringWithDisplayFormat(format, 0);
-        benchmark::DoNotOptimize(text);
+        bench::Keep(text);
     }
     state.SetLabel(value.GetStringWithDisplayFormat(format, 0).ToUtf8());
 }
@@ -25,10 +25,10 @@ template <class T>
 void Snprintf(benchmark::State& state, const char* format, T x) {
     char buffer[100];
     for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
+        bench::Launder(x);
         const int n = std::snprintf(buffer, sizeof buffer, format, x);
-        benchmark::DoNotOptimize(n);
-        benchmark::ClobberMemory();
+        bench::Keep(n);
+        bench::Keep(buffer);
     }
     state.SetLabel(buffer);
 }

@@ -26,13 +26,13 @@ void Convert(benchmark::State& state, Source x, bool runtimeTarget) {
     long code = 0;
     VARTYPE target = To;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
-        if (runtimeTarget) benchmark::DoNotOptimize(target);
+        bench::Launder(x);
+        if (runtimeTarget) bench::Launder(target);
         CVarion v(x);
         code = runtimeTarget ? v.SetType(target) : v.SetType(To);
         const Read back = code == RC_OK ? static_cast<Read>(v) : Read(0);
-        benchmark::DoNotOptimize(code);
-        benchmark::DoNotOptimize(back);
+        bench::Keep(code);
+        bench::Keep(back);
     }
     LabelCode(state, code);
 }
@@ -41,33 +41,33 @@ void Convert(benchmark::State& state, Source x, bool runtimeTarget) {
 void CastI4ToR8(benchmark::State& state) {
     int x = bench::kI4Source;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
+        bench::Launder(x);
         const double back = static_cast<double>(x);
-        benchmark::DoNotOptimize(back);
+        bench::Keep(back);
     }
 }
 
 void CastR8ToI2(benchmark::State& state) {
     double x = bench::kR8ForI2;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
+        bench::Launder(x);
         const double rounded = x < 0 ? x - 0.5 : x + 0.5;
         const bool fits = rounded > -32769.0 && rounded < 32768.0;
         const short back = fits ? static_cast<short>(rounded) : short(0);
-        benchmark::DoNotOptimize(fits);
-        benchmark::DoNotOptimize(back);
+        bench::Keep(fits);
+        bench::Keep(back);
     }
 }
 
 void CastUI8ToI8(benchmark::State& state) {
     unsigned long long x = bench::kUI8AboveI8;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
+        bench::Launder(x);
         const bool fits = x <= static_cast<unsigned long long>(std::numeric_limits<long long>::max());
-        benchmark::DoNotOptimize(fits);
+        bench::Keep(fits);
         if (fits) {
             const long long back = static_cast<long long>(x);
-            benchmark::DoNotOptimize(back);
+            bench::Keep(back);
         }
     }
     state.SetLabel("fails");
@@ -78,7 +78,7 @@ template <class Read>
 void ReadAs(benchmark::State& state, const CVarion& v) {
     for (auto _ : state) {
         const Read r = v;
-        benchmark::DoNotOptimize(r);
+        bench::Keep(r);
     }
 }
 
@@ -140,7 +140,7 @@ void Equal(benchmark::State& state, const CVarion& a, const CVarion& b) {
     int equal = 0;
     for (auto _ : state) {
         equal = a == b;
-        benchmark::DoNotOptimize(equal);
+        bench::Keep(equal);
     }
     state.SetLabel(equal ? "equal" : "not equal");
 }
@@ -148,10 +148,10 @@ void Equal(benchmark::State& state, const CVarion& a, const CVarion& b) {
 template <class T>
 void PlainEqual(benchmark::State& state, T x, T y) {
     for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
-        benchmark::DoNotOptimize(y);
+        bench::Launder(x);
+        bench::Launder(y);
         const bool equal = x == y;
-        benchmark::DoNotOptimize(equal);
+        bench::Keep(equal);
     }
 }
 
@@ -159,7 +159,7 @@ void AddValues(benchmark::State& state, const CVarion& a, const CVarion& b) {
     CVarion result;
     for (auto _ : state) {
         CVarion::ADD(result, a, b);
-        benchmark::DoNotOptimize(result);
+        bench::Keep(result);
     }
     state.SetLabel(std::to_string(static_cast<long>(result)));
 }
@@ -168,10 +168,10 @@ void PlainAdd(benchmark::State& state) {
     int x = 5;
     int y = 7;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
-        benchmark::DoNotOptimize(y);
+        bench::Launder(x);
+        bench::Launder(y);
         const long long sum = static_cast<long long>(x) + y;
-        benchmark::DoNotOptimize(sum);
+        bench::Keep(sum);
     }
 }
 
@@ -198,13 +198,15 @@ void PlainAdd(benchmark::State& state) {
     const CVarion real(2.5);
     const CVarion text(bench::kString32);
     const OleString wide(CString(bench::kString32).View());
-    Add("copy", "copy VT_R8", "varion", [real](auto& s) { CopyValue(s, real); });
-    Add("copy", "copy VT_R8", "varion, copy constructor alone", [real](auto& s) { ConstructCopy(s, real); });
-    Add("copy", "copy VT_R8", "16-byte copy", Copy16Bytes);
+    Add("copy", "copy VT_R8 (the copy constructor)", "varion", [real](auto& s) { ConstructCopy(s, real); });
+    Add("copy", "copy VT_R8 (the copy constructor)", "16-byte copy", Copy16Bytes);
+    Add("copy", "copy and destroy VT_R8", "varion", [real](auto& s) { CopyValue(s, real); });
+    Add("copy", "copy and destroy VT_R8", "16-byte copy", Copy16Bytes);
     Add("copy", "assign VT_R8", "varion", [real](auto& s) { AssignValue(s, real); });
     Add("copy", "assign VT_R8", "16-byte copy", Copy16Bytes);
-    Add("copy", "copy VT_BSTR of 32 characters", "varion", [text](auto& s) { CopyValue(s, text); });
-    Add("copy", "copy VT_BSTR of 32 characters", "std::u16string", [wide](auto& s) { CopyString(s, wide); });
+    Add("copy", "copy and destroy VT_BSTR of 32 characters", "varion", [text](auto& s) { CopyValue(s, text); });
+    Add("copy", "copy and destroy VT_BSTR of 32 characters", "std::u16string",
+        [wide](auto& s) { CopyString(s, wide); });
     Add("copy", "assign VT_BSTR of 32 characters", "varion", [text](auto& s) { AssignValue(s, text); });
 
     Add("ops", "VT_I4 == VT_I4", "varion", [](auto& s) { Equal(s, CVarion(5), CVarion(5)); });

@@ -29,7 +29,7 @@ template <class Read>
 void ReadText(benchmark::State& state, const CVarion& v) {
     for (auto _ : state) {
         const Read r = v;
-        benchmark::DoNotOptimize(r);
+        bench::Keep(r);
     }
     state.SetLabel(ResultText<Read>(v));
 }
@@ -41,8 +41,8 @@ void SetTypeOnNewValue(benchmark::State& state, const OleString& text) {
         CVarion v(text.c_str());
         code = v.SetType(To);
         const Read r = v;
-        benchmark::DoNotOptimize(code);
-        benchmark::DoNotOptimize(r);
+        bench::Keep(code);
+        bench::Keep(r);
     }
     state.SetLabel(code == RC_OK ? "ok" : "fails");
 }
@@ -51,22 +51,22 @@ template <class T>
 void FromChars(benchmark::State& state, std::string_view digits, int base) {
     T value{};
     for (auto _ : state) {
-        benchmark::DoNotOptimize(digits);
+        bench::Launder(digits);
         if constexpr (std::is_floating_point_v<T>)
             std::from_chars(digits.data(), digits.data() + digits.size(), value);
         else
             std::from_chars(digits.data(), digits.data() + digits.size(), value, base);
-        benchmark::DoNotOptimize(value);
+        bench::Keep(value);
     }
 }
 
 void SetTypeToText(benchmark::State& state, double x) {
     for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
+        bench::Launder(x);
         CVarion v(x);
         const long code = v.SetType(VT_BSTR);
-        benchmark::DoNotOptimize(code);
-        benchmark::DoNotOptimize(v);
+        bench::Keep(code);
+        bench::Keep(v);
     }
     CVarion v(x);
     v.SetType(VT_BSTR);
@@ -76,7 +76,7 @@ void SetTypeToText(benchmark::State& state, double x) {
 void OperatorText(benchmark::State& state, const CVarion& v) {
     for (auto _ : state) {
         CString text = v;
-        benchmark::DoNotOptimize(text);
+        bench::Keep(text);
     }
 }
 
@@ -84,10 +84,10 @@ void ToCharsFixed15(benchmark::State& state, double x) {
     char buffer[400];
     std::to_chars_result r{};
     for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
+        bench::Launder(x);
         r = std::to_chars(buffer, buffer + sizeof buffer, x, std::chars_format::fixed, 15);
-        benchmark::DoNotOptimize(r.ptr);
-        benchmark::ClobberMemory();
+        bench::Keep(r.ptr);
+        bench::Keep(buffer);
     }
     state.SetLabel(std::string(buffer, r.ptr));
 }
@@ -95,10 +95,10 @@ void ToCharsFixed15(benchmark::State& state, double x) {
 void Snprintf15(benchmark::State& state, double x) {
     char buffer[400];
     for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
+        bench::Launder(x);
         const int n = std::snprintf(buffer, sizeof buffer, "%.15f", x);
-        benchmark::DoNotOptimize(n);
-        benchmark::ClobberMemory();
+        bench::Keep(n);
+        bench::Keep(buffer);
     }
     state.SetLabel(buffer);
 }

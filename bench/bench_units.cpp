@@ -34,8 +34,8 @@ void BarToPsi(benchmark::State& state, const CVarion& source) {
     long code = 0;
     for (auto _ : state) {
         code = source.UnitConvert(bench::kBar, bench::kPsi, &result);
-        benchmark::DoNotOptimize(code);
-        benchmark::DoNotOptimize(result);
+        bench::Keep(code);
+        bench::Keep(result);
     }
     state.SetLabel(code == RC_OK ? static_cast<CString>(result).ToUtf8() : "fails");
 }
@@ -47,11 +47,11 @@ void PlainBarToPsi(benchmark::State& state) {
     VarionUnitFind(bench::kPsi, &psi);
     double x = bench::kPressure;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
-        benchmark::DoNotOptimize(bar.factor);
-        benchmark::DoNotOptimize(psi.factor);
+        bench::Launder(x);
+        bench::Launder(bar.factor);
+        bench::Launder(psi.factor);
         const double converted = x / bar.factor * psi.factor;
-        benchmark::DoNotOptimize(converted);
+        bench::Keep(converted);
     }
 }
 
@@ -62,8 +62,8 @@ void Spread(benchmark::State& state, const CVarion& source, const Pair (&pairs)[
     for (auto _ : state) {
         const Pair& p = pairs[i];
         i = i + 1 == N ? 0 : i + 1;
-        benchmark::DoNotOptimize(source.UnitConvert(p.from, p.to, &result));
-        benchmark::ClobberMemory();
+        bench::Keep(source.UnitConvert(p.from, p.to, &result));
+        bench::Keep(result);
     }
 }
 

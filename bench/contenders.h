@@ -10,6 +10,7 @@
 // differently.
 #pragma once
 
+#include "barriers.h"
 #include "inputs.h"
 
 #include <benchmark/benchmark.h>
@@ -18,24 +19,6 @@
 #include <utility>
 
 namespace bench {
-
-// ---------------------------------------------------------------------------
-// Barriers lighter than benchmark::DoNotOptimize, which also makes the
-// compiler forget all it knows of memory: for operations of a few
-// instructions, that forgetting costs more than the operation.
-// ---------------------------------------------------------------------------
-
-/// The compiler must assume `value` changed here and read it again.
-template <class T>
-inline void Launder(T& value) {
-    asm volatile("" : "+m"(value));
-}
-
-/// The compiler must assume `value` is read here.
-template <class T>
-inline void Keep(const T& value) {
-    asm volatile("" : : "m"(value));
-}
 
 // ---------------------------------------------------------------------------
 // Registration

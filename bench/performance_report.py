@@ -135,7 +135,7 @@ NUMERIC_OPS = ["VT_I4 to VT_R8", "VT_R8 to VT_I2", "VT_UI8 to VT_I8 (fails)"]
 TEXT_TO_R8 = ['"12.5" to VT_R8', '"12,5" to VT_R8', '"-1.25e3" to VT_R8', '"0.000123456789012345" to VT_R8']
 R8_TO_TEXT = ["VT_R8 12.5 to text", "VT_R8 1234567.891 to text", "VT_R8 1e-07 to text"]
 DISPLAY = ['"%.2f" of VT_R8 3.14159', '"%X" of VT_I4 31', '"%X" of VT_I4 523124044']
-COPY_R8 = "copy VT_R8"
+COPY_R8 = "copy VT_R8 (the copy constructor)"
 UNITS = "UnitConvert bar to psi (7 to 6), VT_R8"
 
 # Peers that cannot do an operation the way varion does it are left out of

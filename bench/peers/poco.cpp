@@ -26,11 +26,11 @@ template <class To, class Source>
 void Convert(benchmark::State& state, Source x) {
     std::string outcome;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
+        bench::Launder(x);
         Var v(x);
         try {
             const To back = v.convert<To>();
-            benchmark::DoNotOptimize(back);
+            bench::Keep(back);
         } catch (const Poco::Exception& e) {
             outcome = e.name();
         }
@@ -45,7 +45,7 @@ void ReadText(benchmark::State& state, const Var& v) {
     for (auto _ : state) {
         try {
             const T r = v.convert<T>();
-            benchmark::DoNotOptimize(r);
+            bench::Keep(r);
         } catch (const Poco::Exception& e) {
             outcome = std::string("fails: ") + e.name();
         }
@@ -56,10 +56,10 @@ void ReadText(benchmark::State& state, const Var& v) {
 
 void ToText(benchmark::State& state, double x) {
     for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
+        bench::Launder(x);
         Var v(x);
         std::string text = v.convert<std::string>();
-        benchmark::DoNotOptimize(text);
+        bench::Keep(text);
     }
     state.SetLabel(Var(x).convert<std::string>());
 }
@@ -85,7 +85,7 @@ void Equal(benchmark::State& state, const Var& a, const Var& b) {
     bool equal = false;
     for (auto _ : state) {
         equal = a == b;
-        benchmark::DoNotOptimize(equal);
+        bench::Keep(equal);
     }
     state.SetLabel(equal ? "equal" : "not equal");
 }
@@ -93,7 +93,7 @@ void Equal(benchmark::State& state, const Var& a, const Var& b) {
 void Sum(benchmark::State& state, const Var& a, const Var& b) {
     for (auto _ : state) {
         Var r = a + b;
-        benchmark::DoNotOptimize(r);
+        bench::Keep(r);
     }
     state.SetLabel((a + b).convert<std::string>());
 }
@@ -101,9 +101,9 @@ void Sum(benchmark::State& state, const Var& a, const Var& b) {
 template <class T>
 void Format(benchmark::State& state, const char* format, T x) {
     for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
+        bench::Launder(x);
         std::string text = Poco::format(format, x);
-        benchmark::DoNotOptimize(text);
+        bench::Keep(text);
     }
     state.SetLabel(Poco::format(format, x));
 }
@@ -118,7 +118,7 @@ void FormatDate(benchmark::State& state) {
     const std::string format = "%d.%m.%Y %H:%M:%S,%i";
     for (auto _ : state) {
         std::string text = Poco::DateTimeFormatter::format(instant, format);
-        benchmark::DoNotOptimize(text);
+        bench::Keep(text);
     }
     state.SetLabel(Poco::DateTimeFormatter::format(instant, format));
 }
@@ -129,7 +129,7 @@ void ParseIso(benchmark::State& state) {
     int zone = 0;
     for (auto _ : state) {
         Poco::DateTimeParser::parse(Poco::DateTimeFormat::ISO8601_FRAC_FORMAT, text, parsed, zone);
-        benchmark::DoNotOptimize(parsed);
+        bench::Keep(parsed);
     }
     state.SetLabel(Poco::DateTimeFormatter::format(parsed, "%Y-%m-%dT%H:%M:%S.%i"));
 }
@@ -149,9 +149,9 @@ void ParseIso(benchmark::State& state) {
         Add("text", bench::TextOperation(input, "to VT_I4"), kPoco,
             [v = Var(std::string(input.text))](auto& s) { ReadText<Poco::Int32>(s, v); });
 
-    Add("copy", "copy VT_R8", kPoco, [v = Var(2.5)](auto& s) { Copy(s, v); });
+    Add("copy", "copy and destroy VT_R8", kPoco, [v = Var(2.5)](auto& s) { Copy(s, v); });
     Add("copy", "assign VT_R8", kPoco, [v = Var(2.5)](auto& s) { Assign(s, v); });
-    Add("copy", "copy VT_BSTR of 32 characters", kPoco, [v = Var(std::string(bench::kString32))](auto& s) { Copy(s, v); });
+    Add("copy", "copy and destroy VT_BSTR of 32 characters", kPoco, [v = Var(std::string(bench::kString32))](auto& s) { Copy(s, v); });
     Add("copy", "assign VT_BSTR of 32 characters", kPoco,
         [v = Var(std::string(bench::kString32))](auto& s) { Assign(s, v); });
 

@@ -26,13 +26,13 @@ void Convert(benchmark::State& state, Source x) {
     bool converted = false;
     To back{};
     for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
+        bench::Launder(x);
         QVariant v(x);
         converted = v.convert(QMetaType::fromType<To>());
-        benchmark::DoNotOptimize(converted);
+        bench::Keep(converted);
         if (converted) {
             back = v.value<To>();
-            benchmark::DoNotOptimize(back);
+            bench::Keep(back);
         }
     }
     state.SetLabel(converted ? std::to_string(back) : "fails");
@@ -50,17 +50,17 @@ void ReadText(benchmark::State& state, const QVariant& v) {
             r = v.toDouble(&ok);
         else
             r = v.toInt(&ok);
-        benchmark::DoNotOptimize(r);
+        bench::Keep(r);
     }
     state.SetLabel(ok ? Utf8(QVariant(r).toString()) : "fails");
 }
 
 void ToText(benchmark::State& state, double x) {
     for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
+        bench::Launder(x);
         QVariant v(x);
         QString text = v.toString();
-        benchmark::DoNotOptimize(text);
+        bench::Keep(text);
     }
     state.SetLabel(Utf8(QVariant(x).toString()));
 }
@@ -86,7 +86,7 @@ void Equal(benchmark::State& state, const QVariant& a, const QVariant& b) {
     bool equal = false;
     for (auto _ : state) {
         equal = a == b;
-        benchmark::DoNotOptimize(equal);
+        bench::Keep(equal);
     }
     state.SetLabel(equal ? "equal" : "not equal");
 }
@@ -94,9 +94,9 @@ void Equal(benchmark::State& state, const QVariant& a, const QVariant& b) {
 template <class T>
 void Format(benchmark::State& state, const char* format, T x) {
     for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
+        bench::Launder(x);
         QString text = QString::asprintf(format, x);
-        benchmark::DoNotOptimize(text);
+        bench::Keep(text);
     }
     state.SetLabel(Utf8(QString::asprintf(format, x)));
 }
@@ -111,7 +111,7 @@ void FormatDate(benchmark::State& state) {
     const QString format = QStringLiteral("dd.MM.yyyy HH:mm:ss,zzz");
     for (auto _ : state) {
         QString text = instant.toString(format);
-        benchmark::DoNotOptimize(text);
+        bench::Keep(text);
     }
     state.SetLabel(Utf8(instant.toString(format)));
 }
@@ -121,7 +121,7 @@ void ParseIso(benchmark::State& state) {
     QDateTime parsed;
     for (auto _ : state) {
         parsed = QDateTime::fromString(text, Qt::ISODateWithMs);
-        benchmark::DoNotOptimize(parsed);
+        bench::Keep(parsed);
     }
     state.SetLabel(Utf8(parsed.toString(Qt::ISODateWithMs)));
 }
@@ -141,10 +141,10 @@ void ParseIso(benchmark::State& state) {
         Add("text", bench::TextOperation(input, "to VT_I4"), kQt,
             [v = QVariant(QString::fromUtf8(input.text))](auto& s) { ReadText<int>(s, v); });
 
-    Add("copy", "copy VT_R8", kQt, [v = QVariant(2.5)](auto& s) { Copy(s, v); });
+    Add("copy", "copy and destroy VT_R8", kQt, [v = QVariant(2.5)](auto& s) { Copy(s, v); });
     Add("copy", "assign VT_R8", kQt, [v = QVariant(2.5)](auto& s) { Assign(s, v); });
     const QVariant text(QString::fromUtf8(bench::kString32));
-    Add("copy", "copy VT_BSTR of 32 characters", kQt, [text](auto& s) { Copy(s, text); });
+    Add("copy", "copy and destroy VT_BSTR of 32 characters", kQt, [text](auto& s) { Copy(s, text); });
     Add("copy", "assign VT_BSTR of 32 characters", kQt, [text](auto& s) { Assign(s, text); });
 
     Add("ops", "VT_I4 == VT_I4", kQt, [](auto& s) { Equal(s, QVariant(5), QVariant(5)); });

@@ -184,29 +184,36 @@ CString PlainText(const CVarion& value) {
 }
 
 CString ScalarText(const CVarion& value, const CString& given) {
-    // Plain text unless the format holds a conversion character somewhere.
+    // One pass finds the first conversion character, the first "%" and the
+    // first conversion character after it: q, the conversion formatted.
     OleStringView format = given.View();
+    constexpr std::size_t npos = OleStringView::npos;
+    std::size_t first = npos;
+    std::size_t percent = npos;
+    std::size_t q = npos;
     Category category{};
-    bool any = false;
-    for (const OLECHAR c : format) {
-        if (CategoryOf(c, category)) {
-            any = true;
-            break;
+    Category firstCategory{};
+    for (std::size_t i = 0; i < format.size() && q == npos; ++i) {
+        if (format[i] == OLESTR('%') && percent == npos) percent = i;
+        if (!CategoryOf(format[i], category)) continue;
+        if (first == npos) {
+            first = i;
+            firstCategory = category;
         }
+        if (percent != npos) q = i;
     }
-    if (!any) return PlainText(value);
+    // Plain text unless the format holds a conversion character somewhere.
+    if (first == npos) return PlainText(value);
     // The format is copied only where it changes: a "%" put in front of a
-    // format without one, a length prefix before a hexadecimal conversion.
+    // format without one (its first conversion character is then the one
+    // formatted), a length prefix before a hexadecimal conversion.
     CString edited;
-    if (format.find(OLESTR('%')) == OleStringView::npos) format = Inserted(format, 0, OLESTR("%"), edited);
-    std::size_t q = OleStringView::npos;
-    for (std::size_t i = format.find(OLESTR('%')); i < format.size(); ++i) {
-        if (CategoryOf(format[i], category)) {
-            q = i;
-            break;
-        }
+    if (percent == npos) {
+        format = Inserted(format, 0, OLESTR("%"), edited);
+        q = first + 1;
+        category = firstCategory;
     }
-    if (q == OleStringView::npos) return PlainText(value);
+    if (q == npos) return PlainText(value);
     const OLECHAR conversion = format[q];
     const bool character = conversion == OLESTR('c') || conversion == OLESTR('C');
 

@@ -25,12 +25,16 @@ namespace {
 
 enum class Class { Signed, Unsigned, Double, Single, Tolerant };
 
+// An operand read into its class; only the member of its class is set and
+// read (i for Signed, u for Unsigned, f for Single, d for the others).
 struct Operand {
     Class cls = Class::Tolerant;
-    LONGLONG i = 0;
-    ULONGLONG u = 0;
-    double d = 0;
-    float f = 0;
+    union {
+        LONGLONG i;
+        ULONGLONG u;
+        double d = 0;
+        float f;
+    };
 };
 
 constexpr double kToleranceDivisor = 1000000.0;
@@ -185,8 +189,20 @@ bool BothNumbers(const CVarion& a, const CVarion& b) noexcept {
     return CVarion::IsNumericType(a.GetType()) && CVarion::IsNumericType(b.GetType());
 }
 
+bool EqualsAcrossKinds(const CVarion& left, const CVarion& right);
+bool OrdersAcrossKinds(const CVarion& left, const CVarion& right, Relation r);
+
 bool Equals(const CVarion& left, const CVarion& right) {
     if (BothNumbers(left, right)) return CompareNumberValues(left, right, Relation::Equal);
+    return EqualsAcrossKinds(left, right);
+}
+
+bool Orders(const CVarion& left, const CVarion& right, Relation r) {
+    if (BothNumbers(left, right)) return CompareNumberValues(left, right, r);
+    return OrdersAcrossKinds(left, right, r);
+}
+
+bool EqualsAcrossKinds(const CVarion& left, const CVarion& right) {
     CVarion a(left);
     CVarion b(right);
     const VARTYPE ta = a.GetType();
@@ -203,8 +219,7 @@ bool Equals(const CVarion& left, const CVarion& right) {
     return CompareNumbers(a, b, Relation::Equal);
 }
 
-bool Orders(const CVarion& left, const CVarion& right, Relation r) {
-    if (BothNumbers(left, right)) return CompareNumberValues(left, right, r);
+bool OrdersAcrossKinds(const CVarion& left, const CVarion& right, Relation r) {
     if (left.isArray()) return false;
     CVarion a(left);
     CVarion b(right);

@@ -174,6 +174,11 @@ bool ParseSpec(OleStringView f, std::size_t& pos, Spec& spec) noexcept {
 template <class Sink>
 void EmitNumber(Sink& sink, const Spec& spec, std::string_view prefix, std::size_t zeros, std::string_view body,
                 bool zeroPad, OLECHAR point) {
+    if (spec.width == 0 && zeros == 0) {  // no field to fill: "%X", "%.2f"
+        sink.Ascii(prefix, point);
+        sink.Ascii(body, point);
+        return;
+    }
     const std::size_t length = prefix.size() + zeros + body.size();
     const auto width = static_cast<std::size_t>(spec.width);
     std::size_t pad = width > length ? width - length : 0;
