@@ -616,10 +616,30 @@ long NumberFromText(OleStringView text, VARTYPE type, VARIANT& out) noexcept {
                     : IntegerFromText(prepared.Data(), prepared.Size(), type, out);
 }
 
+bool PlainIntegerFromText(OleStringView trimmed, VARTYPE type, VARIANT& out, long& code) noexcept {
+    const std::size_t n = trimmed.size();
+    // A "0" in front of more makes a text of another base.
+    if (n == 0 || (trimmed[0] == '0' && n > 1)) return false;
+    DigitRun run;
+    std::size_t i = 0;
+    if (trimmed[0] == '+' || trimmed[0] == '-') run.negative = trimmed[i++] == '-';
+    // Nineteen digits at most, so that the magnitude cannot overflow.
+    if (i == n || n - i > 19 || DigitsEnd(trimmed.data(), i, n) != n) return false;
+    run.magnitude = AppendDigits(0, trimmed.data(), i, n);
+    run.end = n;
+    code = FitInteger(run, 10, type, out) ? RC_OK : RC_NOT_CONVERTIBLE;
+    return true;
+}
+
 long NumberFromString(BSTR text, VARTYPE type, VARIANT& out) noexcept {
-    if ((type == VT_R4 || type == VT_R8) && text != nullptr) {
+    // A plain number holds no zero code unit: it is looked for in the whole
+    // string, before the full rules read the string up to its first zero.
+    if (text != nullptr) {
+        const OleStringView trimmed = TrimmedView(OleStringView(text, SysStringLen(text)));
         long code = RC_NOT_CONVERTIBLE;
-        if (PlainDecimalFromText(TrimmedView(OleStringView(text, SysStringLen(text))), type, out, code)) return code;
+        const bool floating = type == VT_R4 || type == VT_R8;
+        if (floating ? PlainDecimalFromText(trimmed, type, out, code) : PlainIntegerFromText(trimmed, type, out, code))
+            return code;
     }
     return NumberFromText(TextOf(text), type, out);
 }
