@@ -54,7 +54,76 @@ std::optional<VARTYPE> ScalarType(std::string_view name) {
     return static_cast<VARTYPE>(value);
 }
 
+constexpr double kMillisecondsPerDay = 86400000.0;
+constexpr double kFractionsPerDay = 32.0 * kMillisecondsPerDay;
+
+template <class T>
+bool ParseNumber(const std::string& text, T& out) {
+    const char* first = text.data();
+    const char* last = text.data() + text.size();
+    if (first != last && *first == '+') ++first;
+    const auto [ptr, ec] = std::from_chars(first, last, out);
+    return ec == std::errc() && ptr == last && first != last;
+}
+
+// VALUE read as the stored day count of a date or duration type. Date-times
+// pass through their number (days since 1900-01-01), durations through their
+// count of milliseconds (1/32 ms for VTX_DURATION_MSF), so a duration keeps
+// that resolution.
+std::optional<CVarion> DayCountOf(const std::string& text, VARTYPE type) {
+    double days = 0;
+    if (!ParseNumber(text, days)) return std::nullopt;
+    double number = days - 2.0;
+    if (CVarion::IsDurationType(type))
+        number = days * (type == VTX_DURATION_MSF ? kFractionsPerDay : kMillisecondsPerDay);
+    CVarion v(number);
+    if (v.SetType(type) != RC_OK) return std::nullopt;
+    return v;
+}
+
 }  // namespace
+
+std::optional<CVarion> ParseValue(const std::string& text, VARTYPE type) {
+    if (CVarion::IsAnyDateType(type)) return DayCountOf(text, type);
+    switch (type) {
+    case VT_I1: case VT_I2: case VT_I4: case VT_I8: case VT_UI1: case VT_UI2: case VT_UI4: case VT_BOOL: {
+        LONGLONG x = 0;
+        if (!ParseNumber(text, x)) return std::nullopt;
+        CVarion v(x);
+        // The value must hold in the type as it stands.
+        if (v.SetType(type) != RC_OK) return std::nullopt;
+        return v;
+    }
+    case VT_UI8: {
+        ULONGLONG x = 0;
+        if (!ParseNumber(text, x)) return std::nullopt;
+        return CVarion(x);
+    }
+    case VT_R4: {
+        float x = 0;
+        if (!ParseNumber(text, x)) return std::nullopt;
+        return CVarion(x);
+    }
+    case VT_R8: {
+        double x = 0;
+        if (!ParseNumber(text, x)) return std::nullopt;
+        return CVarion(x);
+    }
+    default: {
+        // Any other type from its text: VT_BSTR as it stands, byte arrays
+        // from their list ("0x01, 0xAB").
+        CVarion v(text.c_str());
+        if (v.GetType() != VT_BSTR || v.SetType(type) != RC_OK) return std::nullopt;
+        return v;
+    }
+    }
+}
+
+std::optional<CVarion> GuessValue(const std::string& text) {
+    for (VARTYPE t : {VT_I4, VT_I8, VT_UI8, VT_R8})
+        if (auto v = ParseValue(text, t)) return v;
+    return ParseValue(text, VT_BSTR);
+}
 
 Args::Args(int argc, char** argv, int first) {
     for (int i = first; i < argc; ++i) {

@@ -41,6 +41,15 @@ std::string ResultName(long code);
 /// value without one.
 std::string ValueText(const CVarion& value);
 
+/// A value of `type` from a command-line text: numbers of that type for the
+/// numeric types ("12.5" with '.'), the stored day count for date and duration
+/// types, the text itself for VT_BSTR, any other type from its text through
+/// SetType (byte arrays from "0x01, 0xAB"). nullopt when it does not read.
+std::optional<CVarion> ParseValue(const std::string& text, VARTYPE type);
+/// A value whose type follows from the text: VT_I4, VT_I8 or VT_UI8 for an
+/// integer, VT_R8 for a decimal number, else VT_BSTR.
+std::optional<CVarion> GuessValue(const std::string& text);
+
 /// Prints type, value and result code of a conversion.
 void PrintResult(const CVarion& value, long code);
 /// Prints "varion: <message>" to standard error and answers kUsage.
@@ -48,6 +57,8 @@ int Usage(const std::string& message);
 
 // Subcommands: each answers an exit status.
 int Convert(const Args& args);
+int Calc(const Args& args);
+int Compare(const Args& args);
 int Date(const Args& args);
 int Duration(const Args& args);
 int Demo(const Args& args);

@@ -1,71 +1,9 @@
 // varion convert VALUE --to TYPE [--from TYPE]
 #include "cli.h"
 
-#include <charconv>
 #include <cstdio>
 
 namespace cli {
-namespace {
-
-constexpr double kMillisecondsPerDay = 86400000.0;
-constexpr double kFractionsPerDay = 32.0 * kMillisecondsPerDay;
-
-template <class T>
-bool ParseNumber(const std::string& text, T& out) {
-    const char* first = text.data();
-    const char* last = text.data() + text.size();
-    if (first != last && *first == '+') ++first;
-    const auto [ptr, ec] = std::from_chars(first, last, out);
-    return ec == std::errc() && ptr == last && first != last;
-}
-
-// VALUE read as the stored day count of a date or duration type. Date-times
-// pass through their number (days since 1900-01-01), durations through their
-// count of milliseconds (1/32 ms for VTX_DURATION_MSF), so a duration keeps
-// that resolution.
-std::optional<CVarion> DayCountOf(const std::string& text, VARTYPE type) {
-    double days = 0;
-    if (!ParseNumber(text, days)) return std::nullopt;
-    double number = days - 2.0;
-    if (CVarion::IsDurationType(type)) number = days * (type == VTX_DURATION_MSF ? kFractionsPerDay : kMillisecondsPerDay);
-    CVarion v(number);
-    if (v.SetType(type) != RC_OK) return std::nullopt;
-    return v;
-}
-
-// VALUE read as a number of type `from`; nullopt when it does not parse.
-std::optional<CVarion> NumberOf(const std::string& text, VARTYPE from) {
-    if (CVarion::IsAnyDateType(from)) return DayCountOf(text, from);
-    switch (from) {
-    case VT_I1: case VT_I2: case VT_I4: case VT_I8: case VT_UI1: case VT_UI2: case VT_UI4: case VT_BOOL: {
-        LONGLONG x = 0;
-        if (!ParseNumber(text, x)) return std::nullopt;
-        CVarion v(x);
-        // The value must hold in `from` as it stands.
-        if (v.SetType(from) != RC_OK) return std::nullopt;
-        return v;
-    }
-    case VT_UI8: {
-        ULONGLONG x = 0;
-        if (!ParseNumber(text, x)) return std::nullopt;
-        return CVarion(x);
-    }
-    case VT_R4: {
-        float x = 0;
-        if (!ParseNumber(text, x)) return std::nullopt;
-        return CVarion(x);
-    }
-    case VT_R8: {
-        double x = 0;
-        if (!ParseNumber(text, x)) return std::nullopt;
-        return CVarion(x);
-    }
-    default:
-        return std::nullopt;
-    }
-}
-
-}  // namespace
 
 int Convert(const Args& args) {
     if (args.Flag("help")) {
@@ -105,16 +43,10 @@ int Convert(const Args& args) {
         if (!parsed) return Usage("convert: unknown type '" + *fromName + "'");
         from = *parsed;
     }
-    std::optional<CVarion> value;
-    if (from == VT_BSTR) {
-        value = CVarion(text.c_str());
-        if (value->GetType() != VT_BSTR) return Usage("convert: out of memory");
-    } else if (CVarion::IsNumericType(from) || CVarion::IsAnyDateType(from)) {
-        value = NumberOf(text, from);
-        if (!value) return Usage("convert: '" + text + "' is not a " + TypeName(from) + " value");
-    } else {
+    if (from != VT_BSTR && !CVarion::IsNumericType(from) && !CVarion::IsAnyDateType(from))
         return Usage("convert: --from takes a numeric, date, duration or string type");
-    }
+    std::optional<CVarion> value = ParseValue(text, from);
+    if (!value) return Usage("convert: '" + text + "' is not a " + TypeName(from) + " value");
     const long code = value->SetType(*to);
     PrintResult(*value, code);
     return code < 0 ? kFailure : kOk;

@@ -14,6 +14,8 @@ struct Command {
 
 constexpr Command kCommands[] = {
     {"convert", cli::Convert, "convert a value to another type"},
+    {"calc", cli::Calc, "compute A OP B across mixed types"},
+    {"compare", cli::Compare, "compare A OP B across mixed types"},
     {"date", cli::Date, "parse a date text and show its fields and text forms"},
     {"duration", cli::Duration, "parse a duration text and show its components and text forms"},
     {"demo", cli::Demo, "walk through the typical use of a parameter value"},
