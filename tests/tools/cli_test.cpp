@@ -177,6 +177,13 @@ TEST(Tool, LocaleOptionSetsNumbersAndDates) {
     EXPECT_EQ(Varion("date 17.11.2026 --locale de_AT.ISO-8859-15").status, 0);
 }
 
+TEST(Tool, Version) {
+    const auto run = Varion("--version");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out.rfind("varion ", 0), 0u);
+    EXPECT_EQ(Lines(run.out).size(), 1u);
+}
+
 TEST(Tool, OptionSpellings) {
     const std::string converted = "type:  VT_I4 (3)\nvalue: -5\ncode:  RC_OK (0)\n";
     EXPECT_EQ(Varion("convert -5 --to I4").out, converted);

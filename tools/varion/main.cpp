@@ -30,7 +30,8 @@ constexpr const char* kCommonHelp =
 void Help() {
     std::printf("usage: varion COMMAND [ARGS] [--locale NAME] [--json]\n\ncommands:\n");
     for (const cli::Command* c : kCommands) std::printf("  %-9s %s\n", c->name, c->summary);
-    std::printf("\n'varion COMMAND --help' describes a command.\n%s", kCommonHelp);
+    std::printf("\n'varion COMMAND --help' describes a command; 'varion --version' names the version.\n%s",
+                kCommonHelp);
 }
 
 void CommandHelp(const cli::Command& command) { std::printf("%s%s", command.help, kCommonHelp); }
