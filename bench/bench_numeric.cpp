@@ -1,6 +1,6 @@
 // Numbers: conversions between numeric types (make the value, convert, read
-// it back), copies and assignments, comparison and addition; varion beside
-// the plain C++ that does the same work on native variables.
+// it back), copies and assignments; varion beside the plain C++ that does the
+// same work on native variables.
 #include "contenders.h"
 
 #include <varion/varion.h>
@@ -134,47 +134,6 @@ void CopyString(benchmark::State& state, OleString source) {
     }
 }
 
-// ---- comparison and addition -----------------------------------------------
-
-void Equal(benchmark::State& state, const CVarion& a, const CVarion& b) {
-    int equal = 0;
-    for (auto _ : state) {
-        equal = a == b;
-        bench::Keep(equal);
-    }
-    state.SetLabel(equal ? "equal" : "not equal");
-}
-
-template <class T>
-void PlainEqual(benchmark::State& state, T x, T y) {
-    for (auto _ : state) {
-        bench::Launder(x);
-        bench::Launder(y);
-        const bool equal = x == y;
-        bench::Keep(equal);
-    }
-}
-
-void AddValues(benchmark::State& state, const CVarion& a, const CVarion& b) {
-    CVarion result;
-    for (auto _ : state) {
-        CVarion::ADD(result, a, b);
-        bench::Keep(result);
-    }
-    state.SetLabel(std::to_string(static_cast<long>(result)));
-}
-
-void PlainAdd(benchmark::State& state) {
-    int x = 5;
-    int y = 7;
-    for (auto _ : state) {
-        bench::Launder(x);
-        bench::Launder(y);
-        const long long sum = static_cast<long long>(x) + y;
-        bench::Keep(sum);
-    }
-}
-
 [[maybe_unused]] const bool registered = bench::Register([] {
     for (const bool runtime : {false, true}) {
         const char* varion = runtime ? "varion, target type at run time" : "varion";
@@ -208,13 +167,6 @@ void PlainAdd(benchmark::State& state) {
     Add("copy", "copy and destroy VT_BSTR of 32 characters", "std::u16string",
         [wide](auto& s) { CopyString(s, wide); });
     Add("copy", "assign VT_BSTR of 32 characters", "varion", [text](auto& s) { AssignValue(s, text); });
-
-    Add("ops", "VT_I4 == VT_I4", "varion", [](auto& s) { Equal(s, CVarion(5), CVarion(5)); });
-    Add("ops", "VT_I4 == VT_I4", "plain ==", [](auto& s) { PlainEqual(s, 5, 5); });
-    Add("ops", "VT_R8 == VT_R8", "varion", [](auto& s) { Equal(s, CVarion(2.5), CVarion(2.5)); });
-    Add("ops", "VT_R8 == VT_R8", "plain ==", [](auto& s) { PlainEqual(s, 2.5, 2.5); });
-    Add("ops", "ADD VT_I4 + VT_I4", "varion", [](auto& s) { AddValues(s, CVarion(5), CVarion(7)); });
-    Add("ops", "ADD VT_I4 + VT_I4", "plain +", PlainAdd);
 });
 
 }  // namespace
