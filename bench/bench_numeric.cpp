@@ -15,26 +15,24 @@ namespace {
 
 using bench::Add;
 
-void LabelCode(benchmark::State& state, long code) { state.SetLabel(code == RC_OK ? "ok" : "fails"); }
-
 // A conversion of a value made from `x`, read back as the target's type.
 // With `runtimeTarget` the target type comes from a variable the compiler
 // cannot see through, as when it comes from a device's description; else it
 // is the constant it usually is in code, and the conversion folds inline.
 template <VARTYPE To, class Read, class Source>
 void Convert(benchmark::State& state, Source x, bool runtimeTarget) {
-    long code = 0;
     VARTYPE target = To;
     for (auto _ : state) {
         bench::Launder(x);
         if (runtimeTarget) bench::Launder(target);
         CVarion v(x);
-        code = runtimeTarget ? v.SetType(target) : v.SetType(To);
+        const long code = runtimeTarget ? v.SetType(target) : v.SetType(To);
         const Read back = code == RC_OK ? static_cast<Read>(v) : Read(0);
         bench::Keep(code);
         bench::Keep(back);
     }
-    LabelCode(state, code);
+    CVarion v(x);
+    state.SetLabel(v.SetType(To) == RC_OK ? static_cast<CString>(v).ToUtf8() : "fails");
 }
 
 // The plain C++ of the same conversions, range check and rounding included.

@@ -98,12 +98,30 @@ def load_results(directory):
         for bench in data["benchmarks"]:
             fam, operation, contender = split_name(bench["run_name"])
             entry = ops.setdefault(operation, {}).setdefault(contender, {"label": "", "times": []})
+            entry["order"] = bench.get("family_index", 0)
             if bench["run_type"] == "aggregate":
                 if bench.get("aggregate_name") == "median":
                     entry["time"] = bench["cpu_time"]
             else:
                 entry["times"].append(bench["cpu_time"])
                 entry["label"] = bench.get("label", "")
+    # The order the benchmarks were registered in (the runs are interleaved at
+    # random): operations as first registered; in each, varion, then varion's
+    # other forms, then the peers, then the floors.
+    def rank(contender, entry):
+        if contender == VARION:
+            group = 0
+        elif contender.startswith(VARION):
+            group = 1
+        elif contender.startswith(("Poco", "Q")):
+            group = 2
+        else:
+            group = 3
+        return (group, entry.get("order", 0))
+
+    for family, ops in results.items():
+        ordered = sorted(ops.items(), key=lambda item: min(e.get("order", 0) for e in item[1].values()))
+        results[family] = {op: dict(sorted(c.items(), key=lambda kv: rank(*kv))) for op, c in ordered}
     return results
 
 
@@ -274,10 +292,20 @@ def render(args):
       "do not depend on the machine's load. Allocations are heap blocks per operation "
       "(operator new, which the library's strings go through).")
     w("")
-    w("| Operation | Instructions | Allocations |")
-    w("|---|---:|---:|")
+    before = {}
+    baseline = pathlib.Path(args.notes).parent / "instructions_before.json"
+    if baseline.exists():
+        earlier = json.loads(baseline.read_text())
+        before = earlier["operations"]
+        w(f"\"Before\" is the same driver against the library as it stood at {earlier['commit']}, before the "
+          "optimisations described below (bench/instructions_before.json).")
+        w("")
+    w("| Operation | Instructions | Allocations | Before: instructions | Before: allocations |")
+    w("|---|---:|---:|---:|---:|")
     for operation, c in counts.items():
-        w(f"| {operation} | {c['instructions']:.0f} | {c['allocations']:g} |")
+        b = before.get(operation)
+        was = f"{b['instructions']:.0f} | {b['allocations']:g}" if b else "— | —"
+        w(f"| {operation} | {c['instructions']:.0f} | {c['allocations']:g} | {was} |")
     w("")
     notes = pathlib.Path(args.notes).read_text().strip()
     w(notes)

@@ -35,7 +35,7 @@ void Convert(benchmark::State& state, Source x) {
             bench::Keep(back);
         }
     }
-    state.SetLabel(converted ? std::to_string(back) : "fails");
+    state.SetLabel(converted ? QVariant::fromValue(back).toString().toStdString() : "fails");
 }
 
 std::string Utf8(const QString& s) { return s.toStdString(); }

@@ -500,6 +500,52 @@ bool Render(Sink& sink, const Spec& spec, const FormatArg& arg) {
 }
 
 // ---------------------------------------------------------------------------
+// A bare conversion: the whole format is "%d", "%i", "%u", "%x", "%X", "%o" or
+// "%.<digit>f", which is what display formats mostly are. It is written here
+// by the general path's rules (the low 32 bits of an integer without a length
+// prefix; the C library's decimal separator) without the general path's
+// machinery. False for everything else (other formats, other kinds of
+// argument, values the quick fixed-point digits do not cover), which the
+// general path then writes.
+// ---------------------------------------------------------------------------
+bool WriteBare(OleStringView format, const FormatArg& arg, FixedSink& sink) noexcept {
+    if (format.size() < 2 || format[0] != OLESTR('%')) return false;
+    const OLECHAR conv = format.back();
+    const bool integer = arg.kind() == FormatArg::Kind::Signed || arg.kind() == FormatArg::Kind::Unsigned;
+    if (format.size() == 2 && integer) {
+        const bool isSigned = conv == OLESTR('d') || conv == OLESTR('i');
+        const int base = conv == OLESTR('o') ? 8 : (conv == OLESTR('x') || conv == OLESTR('X')) ? 16 : 10;
+        if (!isSigned && base == 10 && conv != OLESTR('u')) return false;
+        const auto low = static_cast<std::uint32_t>(arg.bits());
+        char text[16];
+        std::size_t n = 0;
+        std::uint32_t magnitude = low;
+        if (isSigned && (low >> 31) != 0) {
+            text[n++] = '-';
+            magnitude = 0U - low;
+        }
+        n = static_cast<std::size_t>(std::to_chars(text + n, text + sizeof text, magnitude, base).ptr - text);
+        if (conv == OLESTR('X'))
+            for (std::size_t i = 0; i < n; ++i)
+                if (text[i] >= 'a') text[i] = static_cast<char>(text[i] - 'a' + 'A');
+        sink.Ascii(std::string_view(text, n), OLESTR('.'));
+        return true;
+    }
+    if (format.size() == 4 && format[1] == OLESTR('.') && IsDigit(format[2]) && conv == OLESTR('f') &&
+        arg.kind() == FormatArg::Kind::Double && std::isfinite(arg.number())) {
+        const double x = arg.number();
+        char text[48];
+        const std::size_t sign = std::signbit(x) ? 1 : 0;
+        text[0] = '-';
+        const std::size_t body = QuickFixed(text + sign, std::fabs(x), format[2] - OLESTR('0'));
+        if (body == 0) return false;
+        sink.Ascii(std::string_view(text, sign + body), DecimalPoint());
+        return true;
+    }
+    return false;
+}
+
+// ---------------------------------------------------------------------------
 // The format: literal runs, "%%" and conversions, each taking the next argument.
 // ---------------------------------------------------------------------------
 template <class Sink>
@@ -535,7 +581,11 @@ FormatStatus Run(OleStringView format, const FormatArg* args, std::size_t count,
 FormatResult FormatOne(OleStringView format, const FormatArg& arg, OLECHAR* out, std::size_t capacity) noexcept {
     if (out == nullptr || capacity == 0) return {FormatStatus::Overflow, 0};  // not even room for the terminator
     FixedSink sink(out, capacity);
-    const FormatStatus status = Run(format, &arg, 1, sink);
+    FormatStatus status = FormatStatus::Ok;
+    if (WriteBare(format, arg, sink))
+        status = sink.Overflowed() ? FormatStatus::Overflow : FormatStatus::Ok;
+    else
+        status = Run(format, &arg, 1, sink);
     if (status != FormatStatus::Ok) {
         out[0] = 0;
         return {status, 0};
