@@ -156,10 +156,16 @@ inline long RangeCheckedCast(NumericT<S> x, NumericT<T>& out) noexcept {
     } else {
         ST adjusted = x;
         if constexpr (std::is_floating_point_v<ST>) {
-            if (x > 0)
-                adjusted = x + ST(0.5);
-            else if (x < 0)
-                adjusted = x - ST(0.5);
+            if constexpr (T == VT_BOOL) {
+                if (x > 0)
+                    adjusted = x + ST(0.5);
+                else if (x < 0)
+                    adjusted = x - ST(0.5);
+            } else {
+                // The same without a branch on zero: a zero of either sign
+                // becomes 0.5, which checks and truncates as zero does.
+                adjusted = x + (x < 0 ? ST(-0.5) : ST(0.5));
+            }
         }
         const long code = CheckRange<T>(adjusted);
         if constexpr (T == VT_BOOL) {
