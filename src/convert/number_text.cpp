@@ -114,29 +114,34 @@ bool IsDigitChar(C c) noexcept {
 template <class C>
 constexpr bool kFourAtATime = sizeof(C) == 2 && std::endian::native == std::endian::little;
 
-// Whether the four code units at `p` are all decimal digits; if so their
-// value, the first the most significant ("1234" gives 1234).
+// Whether the four code units at `p` are all decimal digits: 0x30 to 0x3F in
+// every lane, and no lane above 0x39 (adding 6 carries 0x3A to 0x3F into the
+// next nibble).
 template <class C>
-bool FourDigits(const C* p, std::uint64_t& value) noexcept {
+bool AreFourDigits(const C* p) noexcept {
     constexpr std::uint64_t kLanes = 0xFFF0FFF0FFF0FFF0ULL;
     constexpr std::uint64_t kZeros = 0x0030003000300030ULL;  // "0000"
     std::uint64_t word = 0;
     std::memcpy(&word, p, sizeof word);
-    // 0x30 to 0x3F in every lane, and no lane above 0x39 (adding 6 carries
-    // 0x3A to 0x3F into the next nibble).
-    if ((word & kLanes) != kZeros || ((word + 0x0006000600060006ULL) & kLanes) != kZeros) return false;
-    const std::uint64_t d = word - kZeros;                 // d0 d1 d2 d3, d0 lowest
+    return (word & kLanes) == kZeros && ((word + 0x0006000600060006ULL) & kLanes) == kZeros;
+}
+
+// The value of four code units known to be decimal digits, the first the
+// most significant ("1234" gives 1234).
+template <class C>
+std::uint64_t FourDigitsValue(const C* p) noexcept {
+    std::uint64_t word = 0;
+    std::memcpy(&word, p, sizeof word);
+    const std::uint64_t d = word - 0x0030003000300030ULL;  // d0 d1 d2 d3, d0 lowest
     const std::uint64_t pairs = d * 10 + (d >> 16);         // d0d1 in lane 0, d2d3 in lane 2
-    value = (pairs & 0xFFFF) * 100 + ((pairs >> 32) & 0xFFFF);
-    return true;
+    return (pairs & 0xFFFF) * 100 + ((pairs >> 32) & 0xFFFF);
 }
 
 // The end of the run of digits starting at `i`.
 template <class C>
 std::size_t DigitsEnd(const C* text, std::size_t i, std::size_t n) noexcept {
     if constexpr (kFourAtATime<C>) {
-        std::uint64_t ignored = 0;
-        while (i + 4 <= n && FourDigits(text + i, ignored)) i += 4;
+        while (i + 4 <= n && AreFourDigits(text + i)) i += 4;
     }
     while (i < n && IsDigitChar(text[i])) ++i;
     return i;
@@ -146,8 +151,7 @@ std::size_t DigitsEnd(const C* text, std::size_t i, std::size_t n) noexcept {
 template <class C>
 std::uint64_t AppendDigits(std::uint64_t m, const C* text, std::size_t from, std::size_t to) noexcept {
     if constexpr (kFourAtATime<C>) {
-        std::uint64_t four = 0;
-        for (; from + 4 <= to && FourDigits(text + from, four); from += 4) m = m * 10000 + four;
+        for (; from + 4 <= to; from += 4) m = m * 10000 + FourDigitsValue(text + from);
     }
     for (; from < to; ++from) m = m * 10 + static_cast<std::uint64_t>(text[from] - C('0'));
     return m;
