@@ -125,9 +125,9 @@ void CVarion::SetElementValue(long i, long j, const void* source) const noexcept
         SafeArrayPutElement(t.psa, t.index, copy);
         SysFreeString(copy);
     } else if (m_v.vt == kBoolArray) {
-        std::uint8_t byte = 0;
-        std::memcpy(&byte, source, 1);
-        VARIANT_BOOL element = byte == 1 ? VARIANT_TRUE : VARIANT_FALSE;
+        std::uint8_t flag = 0;
+        std::memcpy(&flag, source, 1);
+        VARIANT_BOOL element = flag == 1 ? VARIANT_TRUE : VARIANT_FALSE;
         SafeArrayPutElement(t.psa, t.index, &element);
     } else {
         SafeArrayPutElement(t.psa, t.index, const_cast<void*>(source));
@@ -183,11 +183,13 @@ CVarion CVarion::CONCAT_ARRAY(const CVarion& other) const noexcept {
     const VARTYPE element = a.vt & static_cast<VARTYPE>(~VT_ARRAY);
     SAFEARRAY* joined = SafeArrayCreateVector(element, 0, static_cast<ULONG>(countA + countB));
     if (joined == nullptr) return refused;
+    // The joined block exists, so both parts' byte counts fit a size_t.
     const std::size_t size = left->cbElements;
-    if (countA > 0) std::memcpy(joined->pvData, left->pvData, countA * size);
+    const auto bytesA = static_cast<std::size_t>(countA) * size;
+    if (countA > 0) std::memcpy(joined->pvData, left->pvData, bytesA);
     if (countB > 0)
-        std::memcpy(static_cast<unsigned char*>(joined->pvData) + countA * size, right->pvData,
-                    countB * right->cbElements);
+        std::memcpy(static_cast<unsigned char*>(joined->pvData) + bytesA, right->pvData,
+                    static_cast<std::size_t>(countB) * right->cbElements);
     r.parray = joined;
     r.vt = a.vt;
     return result;

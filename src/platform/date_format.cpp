@@ -107,6 +107,8 @@ int FormatDateText(double value, const LocaleInfo& locale, ULONG flags, OLECHAR*
     return w.Finish();
 }
 
+int UserDateText(double value, OLECHAR* out) noexcept { return FormatDateText(value, UserLocale(), 0, out); }
+
 }  // namespace varion::detail
 
 extern "C" {

@@ -2,14 +2,10 @@
 // VarDateFromStr, on caller buffers and views so that nothing is allocated.
 #pragma once
 
+#include "platform/locale_dates.h"
 #include "platform/locales.h"
 
-#include <varion/platform/cstring.h>
-
 namespace varion::detail {
-
-/// Room FormatDateText needs in its output buffer, terminator included.
-constexpr int kDateTextCapacity = 128;
 
 /// Renders `value` by the locale's short date and long time patterns into
 /// `out` (kDateTextCapacity units, null-terminated); answers the length, or
