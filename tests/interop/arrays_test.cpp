@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <vector>
 
 using varion::detail::Access;
@@ -89,8 +90,9 @@ TEST(ArrayAccess, FixedArraysIgnoreOutOfRange) {
     EXPECT_EQ(got, 42);
     EXPECT_EQ(v.GetElementCount(), 5u);
     EXPECT_EQ(Read<std::int32_t>(v), (std::vector<std::int32_t>{0, 0, 0, 0, 0}));
-    v.GetElementValue(&got, 1L << 40);  // beyond any 32-bit index
-    v.SetElementValue(&x, 1L << 40);
+    const long beyond = std::numeric_limits<long>::max();  // beyond any 32-bit index where long has 64 bits
+    v.GetElementValue(&got, beyond);
+    v.SetElementValue(&x, beyond);
     EXPECT_EQ(got, 42);
 }
 

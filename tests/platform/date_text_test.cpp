@@ -2,8 +2,11 @@
 // environment, the parser's accepted and rejected texts, and round trips.
 #include <varion/platform/automation.h>
 
-#include "platform/locales.h"
 #include "support/test_support.h"
+
+#if !defined(_WIN32)
+#include "platform/locales.h"
+#endif
 
 #include <gtest/gtest.h>
 
@@ -57,7 +60,9 @@ TEST(DateText, EachLocaleRendersItsPlatformPatterns) {
         {0x0C0A, "17/11/2026 20:18:38", "05/03/2026 8:05:03"},
         {0x0413, "17-11-2026 20:18:38", "5-3-2026 08:05:03"},
     };
-    ASSERT_EQ(std::size(rows), varion::detail::AllLocales().size());
+#if !defined(_WIN32)
+    ASSERT_EQ(std::size(rows), varion::detail::AllLocales().size());  // every row of the stand-ins' table
+#endif
     for (const Row& r : rows) {
         EXPECT_EQ(Render(DateOf(2026, 11, 17, 20, 18, 38), r.lcid), r.evening) << std::hex << r.lcid;
         EXPECT_EQ(Render(DateOf(2026, 3, 5, 8, 5, 3), r.lcid), r.morning) << std::hex << r.lcid;
@@ -93,6 +98,7 @@ TEST(DateText, DayZeroMidnightAndTheValueOnlyFlags) {
     EXPECT_EQ(VarBstrFromDate(0.0, 0x0407, 0, nullptr), E_INVALIDARG);
 }
 
+#if !defined(_WIN32)  // Windows takes the user's locale from the system
 TEST(DateText, UserDefaultFollowsTheEnvironment) {
     struct Row {
         const char* variable;
@@ -132,6 +138,7 @@ TEST(DateText, UserDefaultFollowsTheEnvironment) {
         EXPECT_EQ(Render(evening, LOCALE_USER_DEFAULT), "17/11/2026 20:18:38");
     }
 }
+#endif
 
 struct Accepted {
     const char* text;
@@ -253,7 +260,7 @@ TEST(DateText, EveryRenderedTextParsesBackInItsLocale) {
         DateOf(1899, 12, 29, 6, 0, 0),    DateOf(1582, 10, 15, 13, 1, 2), DateOf(1899, 12, 31),
         0.0,                              0.5, 0.75, DateOf(1899, 12, 30, 23, 59, 59),
     };
-    for (const varion::detail::LocaleInfo& locale : varion::detail::AllLocales()) {
+    for (const varion::test::TestLocale& locale : varion::test::kTestLocales) {
         for (double instant : instants) {
             for (ULONG flags : {ULONG(0), VAR_DATEVALUEONLY, VAR_TIMEVALUEONLY}) {
                 BSTR text = nullptr;

@@ -163,7 +163,9 @@ void CheckFloats(int& failures, int& checked) {
                             expected.find_first_of("eE") != std::string::npos && std::isfinite(v)) {
                             int p = precision.empty() ? 6 : std::atoi(precision.c_str() + 1);
                             if (p == 0) p = 1;
-                            const std::string eTail = "." + std::to_string(p - 1) + (conv == 'g' ? 'e' : 'E');
+                            std::string eTail = ".";
+                            eTail += std::to_string(p - 1);
+                            eTail += conv == 'g' ? 'e' : 'E';
                             expected = ThreeDigitExponent(head, width, eTail, v);
                         }
                         const std::string format = head + (width ? std::to_string(width) : "") + tail;

@@ -20,37 +20,37 @@ namespace {
 TEST(RuntimeNumber, ReadDoubleWithTheGivenSeparators) {
     struct Row {
         const char* text;
-        const char16_t* separators;
+        const OLECHAR* separators;
         std::size_t consumed;
         double value;
     };
     const double inf = std::numeric_limits<double>::infinity();
     const Row rows[] = {
-        {"5,25", u",", 4, 5.25},
-        {"5.25", u",", 1, 5.0},  // "." is no separator in German
-        {"5.25", u".,", 4, 5.25},
-        {"5,25", u".", 1, 5.0},
-        {"  -1,5e2", u",", 8, -150.0},
-        {"+,5", u",", 3, 0.5},
-        {"5,", u",", 2, 5.0},
-        {",", u",", 0, 0.0},
-        {"", u",", 0, 0.0},
-        {"-", u",", 0, 0.0},
-        {"e5", u",", 0, 0.0},
-        {"1e", u",", 1, 1.0},
-        {"1e+", u",", 1, 1.0},
-        {"1E-2x", u",", 4, 0.01},
-        {"0,250e1", u",", 7, 2.5},
-        {"1,2,3", u",", 3, 1.2},
-        {"1e999", u".", 5, inf},
-        {"-1e999", u".", 6, -inf},
-        {"1e-999", u".", 6, 0.0},
-        {"0,001e310", u",", 9, 1e307},
-        {"0,00001e400", u",", 11, inf},  // beyond the range through the exponent
-        {"-1000e-400", u",", 10, -0.0},  // below it
-        {"inf", u".", 0, 0.0},
-        {"nan", u".", 0, 0.0},
-        {"0x10", u".", 1, 0.0},
+        {"5,25", OLESTR(","), 4, 5.25},
+        {"5.25", OLESTR(","), 1, 5.0},  // "." is no separator in German
+        {"5.25", OLESTR(".,"), 4, 5.25},
+        {"5,25", OLESTR("."), 1, 5.0},
+        {"  -1,5e2", OLESTR(","), 8, -150.0},
+        {"+,5", OLESTR(","), 3, 0.5},
+        {"5,", OLESTR(","), 2, 5.0},
+        {",", OLESTR(","), 0, 0.0},
+        {"", OLESTR(","), 0, 0.0},
+        {"-", OLESTR(","), 0, 0.0},
+        {"e5", OLESTR(","), 0, 0.0},
+        {"1e", OLESTR(","), 1, 1.0},
+        {"1e+", OLESTR(","), 1, 1.0},
+        {"1E-2x", OLESTR(","), 4, 0.01},
+        {"0,250e1", OLESTR(","), 7, 2.5},
+        {"1,2,3", OLESTR(","), 3, 1.2},
+        {"1e999", OLESTR("."), 5, inf},
+        {"-1e999", OLESTR("."), 6, -inf},
+        {"1e-999", OLESTR("."), 6, 0.0},
+        {"0,001e310", OLESTR(","), 9, 1e307},
+        {"0,00001e400", OLESTR(","), 11, inf},  // beyond the range through the exponent
+        {"-1000e-400", OLESTR(","), 10, -0.0},  // below it
+        {"inf", OLESTR("."), 0, 0.0},
+        {"nan", OLESTR("."), 0, 0.0},
+        {"0x10", OLESTR("."), 1, 0.0},
     };
     for (const Row& r : rows) {
         double value = -7.0;
@@ -65,10 +65,10 @@ TEST(RuntimeNumber, ReadDoubleOfLongTexts) {
     std::string digits(300, '1');  // beyond the stack buffer
     double value = 0;
     const CString text((digits + ",5").c_str());
-    EXPECT_EQ(ReadDouble(text.View(), u",", value), digits.size() + 2);
+    EXPECT_EQ(ReadDouble(text.View(), OLESTR(","), value), digits.size() + 2);
     EXPECT_DOUBLE_EQ(value, 1.1111111111111111e299);
     const CString fraction(("0," + std::string(400, '0') + "1").c_str());
-    EXPECT_EQ(ReadDouble(fraction.View(), u",", value), 403u);
+    EXPECT_EQ(ReadDouble(fraction.View(), OLESTR(","), value), 403u);
     EXPECT_EQ(value, 0.0);
 }
 

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <string>
+#include <vector>
 
 namespace varion::test {
 
@@ -46,6 +47,45 @@ private:
     bool m_ok = false;
 };
 
+/// A locale the date tests render and parse in: its identifier and the
+/// environment's name for it ("" for the invariant locale).
+struct TestLocale {
+    LCID lcid;
+    const char* name;
+};
+/// The rows of the library's locale table: invariant, en-US, en-GB, de-DE,
+/// de-AT, de-CH, fr-FR, it-IT, es-ES, nl-NL.
+extern const TestLocale kTestLocales[10];
+
+/// Makes `name` ("de_DE.UTF-8", "en_US.UTF-8", "C") the user's locale of
+/// the Automation services for the scope, through LC_ALL, and restores it.
+/// Windows takes the user's locale from the system, which a process cannot
+/// change: there the scope changes nothing, and Active() tells whether the
+/// system's user locale is the one named ("C" never is; the Windows test
+/// runs start the programs with de-DE).
+class ScopedUserLocale {
+public:
+    explicit ScopedUserLocale(const char* name);
+    ~ScopedUserLocale();
+    ScopedUserLocale(const ScopedUserLocale&) = delete;
+    ScopedUserLocale& operator=(const ScopedUserLocale&) = delete;
+    bool Active() const { return m_active; }
+
+private:
+    std::string m_previous;
+    bool m_had = false;
+    bool m_active = false;
+};
+
+/// Skips the rest of the test where the user's locale cannot be the one the
+/// scope names.
+#define VARION_REQUIRE_USER_LOCALE(scope) \
+    if (!(scope).Active()) GTEST_SKIP() << "the system's user locale is not the one this test needs"
+
+/// The user locales a test can run under: every table locale where the
+/// environment chooses it; on Windows the system's alone (null: leave it).
+std::vector<const char*> ChoosableUserLocales();
+
 /// Sets an environment variable for the scope and restores it.
 class ScopedEnv {
 public:
@@ -60,8 +100,11 @@ private:
     bool m_had = false;
 };
 
+#if !defined(_WIN32)
 /// Runs a command line with /bin/sh; answers its exit status and fills `output`
-/// with its standard output (and standard error when `withStderr`).
+/// with its standard output (and standard error when `withStderr`). Only
+/// where there is a POSIX shell.
 int RunCommand(const std::string& command, std::string& output, bool withStderr = false);
+#endif
 
 }  // namespace varion::test

@@ -24,17 +24,23 @@
 #include <cstddef>
 
 // mingw-w64 declares these services with non-const sources where the Windows
-// SDK takes const ones; these overloads accept what the SDK accepts.
+// SDK takes const ones; these overloads accept what the SDK accepts. They are
+// templates so that a call the system's declaration takes as it stands
+// (a non-const pointer, a null pointer) still goes to it.
 #if defined(__MINGW32__)
+template <class = void>
 inline HRESULT VariantCopy(VARIANTARG* pvargDest, const VARIANTARG* pvargSrc) {
     return VariantCopy(pvargDest, const_cast<VARIANTARG*>(pvargSrc));
 }
+template <class = void>
 inline HRESULT VariantCopyInd(VARIANT* pvarDest, const VARIANTARG* pvargSrc) {
     return VariantCopyInd(pvarDest, const_cast<VARIANTARG*>(pvargSrc));
 }
+template <class = void>
 inline HRESULT VariantChangeType(VARIANTARG* pvargDest, const VARIANTARG* pvarSrc, USHORT wFlags, VARTYPE vt) {
     return VariantChangeType(pvargDest, const_cast<VARIANTARG*>(pvarSrc), wFlags, vt);
 }
+template <class = void>
 inline HRESULT VarDateFromStr(const OLECHAR* strIn, LCID lcid, ULONG dwFlags, DATE* pdateOut) {
     return VarDateFromStr(const_cast<OLECHAR*>(strIn), lcid, dwFlags, pdateOut);
 }

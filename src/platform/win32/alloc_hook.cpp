@@ -17,10 +17,6 @@ namespace {
 
 thread_local long t_failCountdown = 0;
 
-// COM objects are never deleted through their interfaces, which have no
-// destructors.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 class FailingSpy final : public IMallocSpy {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
@@ -57,7 +53,6 @@ public:
     void STDMETHODCALLTYPE PreHeapMinimize() override {}
     void STDMETHODCALLTYPE PostHeapMinimize() override {}
 };
-#pragma GCC diagnostic pop
 
 FailingSpy g_spy;
 
