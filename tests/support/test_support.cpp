@@ -151,6 +151,26 @@ std::vector<const char*> ChoosableUserLocales() {
 #endif
 }
 
+std::string LocaleText(const char* standIn, double value, LCID lcid, int parts) {
+#if defined(_WIN32)
+    SYSTEMTIME st{};
+    if (!VariantTimeToSystemTime(value, &st)) return "<no date>";
+    wchar_t date[128] = {0};
+    wchar_t time[128] = {0};
+    if ((parts & 1) && GetDateFormatW(lcid, DATE_SHORTDATE, &st, nullptr, date, 128) == 0) return "<no date>";
+    if ((parts & 2) && GetTimeFormatW(lcid, 0, &st, nullptr, time, 128) == 0) return "<no time>";
+    CString text(date);
+    if ((parts & 1) && (parts & 2)) text += OLESTR(" ");
+    text += time;
+    return text.ToUtf8();
+#else
+    (void)value;
+    (void)lcid;
+    (void)parts;
+    return standIn;
+#endif
+}
+
 #if !defined(_WIN32)
 
 int RunCommand(const std::string& command, std::string& output, bool withStderr) {

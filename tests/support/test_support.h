@@ -86,6 +86,42 @@ private:
 /// environment chooses it; on Windows the system's alone (null: leave it).
 std::vector<const char*> ChoosableUserLocales();
 
+/// Wraps an assertion about an argument that the stand-ins refuse and the
+/// system's services on Windows do not check: a null pointer (read through
+/// there) or a length whose byte count overflows 32 bits (Wine allocates
+/// the wrapped-around size). The library itself never passes such arguments.
+#if defined(_WIN32)
+#define VARION_STANDIN_ONLY(...) static_cast<void>(0)
+#else
+#define VARION_STANDIN_ONLY(...) __VA_ARGS__
+#endif
+
+/// Skips a test whose oracle is the GNU C library's printf or strftime: the
+/// C runtimes of other platforms write some corner cases differently (Windows'
+/// runtimes, for one, "%#.0o" of 0 as "").
+#if defined(__GLIBC__)
+#define VARION_REQUIRE_GLIBC_ORACLE() static_cast<void>(0)
+#else
+#define VARION_REQUIRE_GLIBC_ORACLE() GTEST_SKIP() << "the oracle is the GNU C library"
+#endif
+
+/// The text of a date that depends on a locale's data: `standIn` where the
+/// stand-ins serve (their table holds Windows' patterns); on Windows the
+/// system's own short date and long time of `value` in `lcid`
+/// (GetDateFormatW, GetTimeFormatW, joined by a blank), whose data differ
+/// between Windows versions and Wine (Wine's de-DE short date is d.M.yyyy).
+/// `parts`: 3 date and time, 1 the date alone, 2 the time alone.
+std::string LocaleText(const char* standIn, double value, LCID lcid = LOCALE_USER_DEFAULT, int parts = 3);
+
+/// Whether the Automation services are the library's stand-ins (everywhere
+/// but Windows). Rows of a table that describe the stand-ins where the
+/// system's services differ run only there.
+#if defined(_WIN32)
+constexpr bool kStandInServices = false;
+#else
+constexpr bool kStandInServices = true;
+#endif
+
 /// Sets an environment variable for the scope and restores it.
 class ScopedEnv {
 public:

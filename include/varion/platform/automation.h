@@ -7,9 +7,11 @@
 //   - VARIANT: 16 bytes; type code, three reserved words, an 8-byte value.
 //     VariantClear releases a held string or array and leaves VT_EMPTY.
 //   - SAFEARRAY: a descriptor with its element block. Bounds are kept least
-//     significant dimension first in rgsabound (rgsabound[0] varies fastest);
-//     SafeArrayCreate takes its bound list most significant first; element
-//     index vectors are least significant first.
+//     significant dimension first in rgsabound; SafeArrayCreate takes its
+//     bound list most significant (leftmost) first, and element index
+//     vectors name the dimensions in that same order. The leftmost index
+//     varies fastest in the element block; rgsabound[0], the only dimension
+//     SafeArrayRedim changes, varies slowest.
 #pragma once
 
 #include <varion/export.h>

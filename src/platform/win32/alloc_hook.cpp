@@ -60,8 +60,12 @@ bool EnsureSpy() noexcept {
     // Thread-safe once: the first caller registers, later callers see the result.
     static const bool registered = [] {
         SetOaNoCache();  // every string then comes from the task allocator
-        const HRESULT hr = CoRegisterMallocSpy(&g_spy);
-        return SUCCEEDED(hr);
+        if (FAILED(CoRegisterMallocSpy(&g_spy))) return false;
+        // One block through the spy first: Wine's allocator reads its table of
+        // spied blocks, which the first spied allocation creates, when it is
+        // asked a block's size.
+        CoTaskMemFree(CoTaskMemAlloc(1));
+        return true;
     }();
     return registered;
 }
