@@ -135,25 +135,27 @@ TEST(DateTimeText, ParseDateTimeTextRules) {
     ScopedUserLocale user("en_US.UTF-8");
     VARION_REQUIRE_USER_LOCALE(user);
     const double evening = Date(2026, 11, 17, 20, 18, 38);
+    // German texts name their locale (0x0407): the system reads dotted dates
+    // in en-US only as the stand-ins do where they are more lenient.
+    constexpr LCID de = 0x0407;
     const Row rows[] = {
         {"10:00:05.25", 0, 0, RC_OK, Date(1899, 12, 30, 10, 0, 5, 250)},
         {"10:00:05,25", 0, 0, RC_OK, Date(1899, 12, 30, 10, 0, 5, 250)},
-        {"17.11.2026 20:18:38,250", 0, 0, RC_OK, evening + 250 * kMs},
-        {"17.11.2026 20:18:38,123456", 0, 0, RC_OK, evening + 123.456 * kMs},
-        {"17.11.2026", 0, 0, RC_OK, Date(2026, 11, 17)},
-        {",17.11.2026", 0, 0, RC_OK, Date(2026, 11, 17)},
-        {"17.11.2026,", 0, 0, RC_OK, Date(2026, 11, 17)},
-        {"17/11/2026 20:18:38", 0, 0x0407, RC_OK, evening},  // the given locale, not the user's
-        {"17.11.2026 20:18:38", VAR_DATEVALUEONLY, 0, RC_OK, Date(2026, 11, 17)},
+        {"17.11.2026 20:18:38,250", 0, de, RC_OK, evening + 250 * kMs},
+        {"17.11.2026 20:18:38,123456", 0, de, RC_OK, evening + 123.456 * kMs},
+        {"17.11.2026", 0, de, RC_OK, Date(2026, 11, 17)},
+        {",17.11.2026", 0, de, RC_OK, Date(2026, 11, 17)},
+        {"17.11.2026,", 0, de, RC_OK, Date(2026, 11, 17)},
+        {"11/17/2026 8:18:38 PM,250", 0, 0, RC_OK, evening + 250 * kMs},  // the user's locale
+        {"17/11/2026 20:18:38", 0, de, RC_OK, evening},  // the given locale, not the user's
+        {"17.11.2026 20:18:38", VAR_DATEVALUEONLY, de, RC_OK, Date(2026, 11, 17)},
         {"", 0, 0, RC_OK, 0.0},  // no date-and-time part: 0.0
         {",,,", 0, 0, RC_OK, 0.0},
-        {"17/11/2026", 0, 0, RC_NOT_CONVERTIBLE, 0},
         {"abc,5", 0, 0, RC_NOT_CONVERTIBLE, 0},
-        {"17.11.2026", 0, 0x0419, RC_NOT_CONVERTIBLE, 0},
-        {"17.11.2026 20:18:38,25x", 0, 0, RC_NOT_APPLICABLE, 0},
-        {"17.11.2026 20:18:38,250,5", 0, 0, RC_NOT_APPLICABLE, 0},
-        {"17.11.2026 20:18:38, 5", 0, 0, RC_NOT_APPLICABLE, 0},
-        {"17.11.2026 20:18:38,-5", 0, 0, RC_NOT_APPLICABLE, 0},
+        {"17.11.2026 20:18:38,25x", 0, de, RC_NOT_APPLICABLE, 0},
+        {"17.11.2026 20:18:38,250,5", 0, de, RC_NOT_APPLICABLE, 0},
+        {"17.11.2026 20:18:38, 5", 0, de, RC_NOT_APPLICABLE, 0},
+        {"17.11.2026 20:18:38,-5", 0, de, RC_NOT_APPLICABLE, 0},
     };
     for (const Row& r : rows) {
         double value = -1;
@@ -162,6 +164,16 @@ TEST(DateTimeText, ParseDateTimeTextRules) {
             EXPECT_NEAR(value, r.value, 1e-9) << r.text;
         }
     }
+}
+
+// The stand-ins' parser is stricter than the system's here: a day first
+// with slashes in en-US, a locale beyond the table.
+TEST(DateTimeText, ParseDateTimeTextRefusalsOfTheStandIns) {
+    if (!varion::test::kStandInServices) GTEST_SKIP() << "the system's parser reads these";
+    ScopedUserLocale user("en_US.UTF-8");
+    double value = -1;
+    EXPECT_EQ(ParseDateTimeText(CString("17/11/2026"), 0, 0, value), RC_NOT_CONVERTIBLE);
+    EXPECT_EQ(ParseDateTimeText(CString("17.11.2026"), 0, 0x0419, value), RC_NOT_CONVERTIBLE);
 }
 
 // ISO texts of instants all over the range, written and read back exactly.

@@ -29,6 +29,14 @@ struct CountingUnknown : IUnknown {
 
 /// Heap allocations (operator new, every form) made on any thread since start.
 long AllocationCount();
+/// The operator new allocations one new BSTR makes: the stand-ins take their
+/// strings from operator new; Windows from its task allocator, which
+/// AllocationCount does not see.
+#if defined(_WIN32)
+constexpr long kNewPerString = 0;
+#else
+constexpr long kNewPerString = 1;
+#endif
 
 /// Switches the C library's LC_NUMERIC (or another category) to a locale
 /// built for the tests ("de_DE.UTF-8", "en_US.UTF-8") or to "C", and back on
