@@ -101,7 +101,7 @@ int FormatDateText(double value, const LocaleInfo& locale, ULONG flags, OLECHAR*
     // of that day shows when no flag asks for a part. A part left out by
     // both rule and flag leaves the empty text. A NaN, which fails every
     // comparison, shows both parts of day 0.
-    const bool nan = value != value;
+    const bool nan = std::isnan(value);
     const bool midnight = parts.hour == 0 && parts.minute == 0 && parts.second == 0;
     const bool showDate = !timeOnly && (parts.dayNumber != 0 || nan);
     const bool showTime = !dateOnly && (!midnight || nan || (parts.dayNumber == 0 && !timeOnly));

@@ -36,6 +36,7 @@ std::string StartUpWith(const char* lcAll) {
 
 const std::string kPrefix = "L\xC3\xA4ndereinstellung f\xC3\xBCr Numerik:  ";
 
+#if defined(_WIN32)
 // The name the C runtime gives the user's default numeric locale.
 std::string UsersNumericLocale() {
     const char* before = std::setlocale(LC_NUMERIC, nullptr);
@@ -45,6 +46,7 @@ std::string UsersNumericLocale() {
     std::setlocale(LC_NUMERIC, restore.c_str());
     return result;
 }
+#endif
 
 }  // namespace
 
