@@ -75,6 +75,7 @@ concept ArrayElement =
     ((std::is_integral_v<T> || std::is_floating_point_v<T>) &&
      (sizeof(T) == 1 || sizeof(T) == 2 || sizeof(T) == 4 || sizeof(T) == 8));
 
+/// The ElementKind of an element type T.
 template <class T>
 constexpr ElementKind ElementKindOf = std::is_same_v<T, bool>      ? ElementKind::Bool
                                       : std::is_same_v<T, CString> ? ElementKind::String
@@ -378,35 +379,62 @@ public:
     // Comparison: 1 or 0; never changes an operand
     // =======================================================================
     /// Equality across types: numbers of different classes within a millionth
-    /// of the right operand, strings ordinally, dates and durations only with
-    /// their own kind, arrays element by element.
+    /// of the right operand (VT_I4 5 == VT_R8 5.0000049), strings ordinally,
+    /// dates and durations only with their own kind, arrays element by
+    /// element; a string facing a number is read as that number's type. 0 for
+    /// pairs that cannot be compared (one empty operand, a date and a number).
     int operator==(const CVarion& other) const noexcept;
+    /// 1 exactly when operator== answers 0 (so 1 for pairs that cannot be compared).
     int operator!=(const CVarion& other) const noexcept;
+    /// Ordering by the rules of operator== (within the tolerance both <= and
+    /// >= hold); 0 for an array on the left and for pairs that cannot be compared.
     int operator<=(const CVarion& other) const noexcept;
+    /// As operator<=, with >=.
     int operator>=(const CVarion& other) const noexcept;
+    /// As operator<=, with <; two numbers within the tolerance satisfy < too.
     int operator<(const CVarion& other) const noexcept;
+    /// As operator<=, with >; two numbers within the tolerance satisfy > too.
     int operator>(const CVarion& other) const noexcept;
 
-    /// Both operands read as doubles and compared exactly; the static Equal and
-    /// NotEqual compare two strings ordinally instead.
+    // Named comparisons: both operands read as doubles (0.0 when a value does
+    // not convert, a string that does not parse among them) and compared
+    // exactly, without the tolerance and the date rules; a NaN makes them 0
+    // (NotEqual 1).
+    /// a == b as doubles; two strings are compared ordinally instead.
     static int Equal(const CVarion& a, const CVarion& b) noexcept;
+    /// a != b as doubles; two strings are compared ordinally instead.
     static int NotEqual(const CVarion& a, const CVarion& b) noexcept;
+    /// a < b as doubles.
     static int LittleThen(const CVarion& a, const CVarion& b) noexcept;
+    /// a >= b as doubles.
     static int GreaterEqual(const CVarion& a, const CVarion& b) noexcept;
+    /// a > b as doubles.
     static int GreaterThen(const CVarion& a, const CVarion& b) noexcept;
+    /// a <= b as doubles.
     static int LittleEqual(const CVarion& a, const CVarion& b) noexcept;
+    /// this == other as doubles, strings too ("10" Equal "10.0" is 1).
     int Equal(const CVarion& other) const noexcept;
+    /// this != other as doubles, strings too.
     int NotEqual(const CVarion& other) const noexcept;
+    /// this < other as doubles.
     int LittleThen(const CVarion& other) const noexcept;
+    /// this >= other as doubles.
     int GreaterEqual(const CVarion& other) const noexcept;
+    /// this > other as doubles.
     int GreaterThen(const CVarion& other) const noexcept;
+    /// this <= other as doubles.
     int LittleEqual(const CVarion& other) const noexcept;
 
-    /// Logical OR/AND of the operands read as VT_I4 (0 when that fails); the
-    /// right operand is read only when needed.
+    /// 1 when a or b, each read as VT_I4, is not 0; a value that does not
+    /// convert (VT_R8 0.4 rounds to 0, 2^40 is out of range) counts as 0. b
+    /// is read only when a is 0.
     static int OR(const CVarion& a, const CVarion& b) noexcept;
+    /// 1 when both, read as VT_I4, are not 0 (as OR reads them); b is read
+    /// only when a is not 0.
     static int AND(const CVarion& a, const CVarion& b) noexcept;
+    /// OR(*this, other).
     int OR(CVarion other) const noexcept;
+    /// AND(*this, other).
     int AND(CVarion other) const noexcept;
 
     // =======================================================================
@@ -421,51 +449,95 @@ public:
     static bool SearchDestinationTyp(const CVarion& a, const CVarion& b, int op,
                                      unsigned short& dest) noexcept;
 
+    // The static forms are Arithmetic with its result code dropped (call
+    // Arithmetic to see it); the member forms answer a new value and leave
+    // this one unchanged. A pair without a destination type gives VT_EMPTY.
+    /// result = a + b (OP_ADD): VT_DATE plus a duration stays a date-time.
     static void ADD(CVarion& result, const CVarion& a, const CVarion& b) noexcept;
+    /// result = a - b (OP_SUB): two date-times give a VTX_DURATION.
     static void SUB(CVarion& result, const CVarion& a, const CVarion& b) noexcept;
+    /// result = a * b (OP_MUL).
     static void MUL(CVarion& result, const CVarion& a, const CVarion& b) noexcept;
+    /// result = a / b (OP_DIV); integers divide truncating, by zero the
+    /// result is the zero of the destination type.
     static void DIV(CVarion& result, const CVarion& a, const CVarion& b) noexcept;
+    /// result = a % b (OP_MOD), integers only (-7 % 2 is -1); floating and
+    /// date operands fail.
     static void MOD(CVarion& result, const CVarion& a, const CVarion& b) noexcept;
     /// this + b; for an array, CONCAT_ARRAY(b).
     CVarion ADD(const CVarion& b) const noexcept;
+    /// this - b.
     CVarion SUB(const CVarion& b) const noexcept;
+    /// this * b.
     CVarion MUL(const CVarion& b) const noexcept;
+    /// this / b.
     CVarion DIV(const CVarion& b) const noexcept;
+    /// this % b.
     CVarion MOD(const CVarion& b) const noexcept;
 
-    /// 32-bit shifts and bitwise operations of `a` read as VT_I4 with n (or
-    /// `b` read as VT_I4); the result is VT_UI4 when a is VT_UI4, else VT_I4.
-    /// Shift counts use their low five bits (33 shifts by 1).
+    // 32-bit shifts and bitwise operations of `a` read as VT_I4 with n (or
+    // `b` read as VT_I4); a value that does not convert reads as 0 (VT_UI4
+    // 4294967295 among them). The result is VT_UI4 when a is VT_UI4, else
+    // VT_I4; nothing fails. The member forms leave this value unchanged.
+    /// result = a << (n & 31): shifting by 33 shifts by 1, bits shifted out are lost.
     static void L_SHIFT(CVarion& result, const CVarion& a, const CVarion& b) noexcept;
+    /// result = a << (n & 31).
     static void L_SHIFT(CVarion& result, const CVarion& a, long n) noexcept;
+    /// result = a >> (n & 31), the sign bit copied in (-8 >> 1 is -4).
     static void R_SHIFT(CVarion& result, const CVarion& a, const CVarion& b) noexcept;
+    /// result = a >> (n & 31), arithmetic.
     static void R_SHIFT(CVarion& result, const CVarion& a, long n) noexcept;
+    /// result = a | b.
     static void BIT_OR(CVarion& result, const CVarion& a, const CVarion& b) noexcept;
+    /// result = a | n.
     static void BIT_OR(CVarion& result, const CVarion& a, long n) noexcept;
+    /// result = a & b.
     static void BIT_AND(CVarion& result, const CVarion& a, const CVarion& b) noexcept;
+    /// result = a & n.
     static void BIT_AND(CVarion& result, const CVarion& a, long n) noexcept;
+    /// result = a ^ b.
     static void BIT_XOR(CVarion& result, const CVarion& a, const CVarion& b) noexcept;
+    /// result = a ^ n.
     static void BIT_XOR(CVarion& result, const CVarion& a, long n) noexcept;
+    /// this << b.
     CVarion L_SHIFT(const CVarion& b) const noexcept;
+    /// this << n.
     CVarion L_SHIFT(long n) const noexcept;
+    /// this >> b.
     CVarion R_SHIFT(const CVarion& b) const noexcept;
+    /// this >> n.
     CVarion R_SHIFT(long n) const noexcept;
+    /// this | b.
     CVarion BIT_OR(const CVarion& b) const noexcept;
+    /// this | n.
     CVarion BIT_OR(long n) const noexcept;
+    /// this & b.
     CVarion BIT_AND(const CVarion& b) const noexcept;
+    /// this & n.
     CVarion BIT_AND(long n) const noexcept;
+    /// this ^ b.
     CVarion BIT_XOR(const CVarion& b) const noexcept;
+    /// this ^ n.
     CVarion BIT_XOR(long n) const noexcept;
 
-    /// Unary operations at the operand's own width, wrapping (NEG of VT_UI1 1
-    /// gives 255); types other than integers and floats stay unchanged.
+    // Unary operations: result is assigned a, then changed at its own width,
+    // wrapping; types other than integers and floats (VT_BOOL, strings,
+    // dates, arrays) stay unchanged. Nothing fails.
+    /// Inverts every bit of an integer (VT_UI2 255 gives 65280); floats unchanged.
     static void BIT_NOT(CVarion& result, const CVarion& a) noexcept;
+    /// Negates: VT_UI1 1 gives 255, VT_I4 -2147483648 stays; floats flip their sign.
     static void NEG(CVarion& result, const CVarion& a) noexcept;
+    /// Adds 1: VT_UI1 255 gives 0.
     static void INC(CVarion& result, const CVarion& a) noexcept;
+    /// Subtracts 1: VT_I8 -9223372036854775808 gives 9223372036854775807.
     static void DEC(CVarion& result, const CVarion& a) noexcept;
+    /// BIT_NOT of this value.
     CVarion BIT_NOT() const noexcept;
+    /// NEG of this value.
     CVarion NEG() const noexcept;
+    /// INC of this value.
     CVarion INC() const noexcept;
+    /// DEC of this value.
     CVarion DEC() const noexcept;
 
     // =======================================================================
@@ -546,13 +618,24 @@ private:
     }
     /// The copy of a string, an array or a code without content.
     void CopyContent(const CVarion& other) noexcept;
+    /// Clears the value and makes it the zero value of `type`; -2 (the value
+    /// left VT_EMPTY) for a type without one.
     long InitType(VARTYPE type) noexcept;
+    /// Number to number with the range check; -2 when either side is not a
+    /// number, -3 or -4 out of range (the value unchanged).
     long ChangeNumericToNumeric(VARTYPE type) noexcept;
+    /// Any value to its text (VT_BSTR); -2 for a type without a text form.
     long ChangeToString(VARTYPE type) noexcept;
+    /// The held string read as `type`; -2 when it does not read (the string kept).
     long ChangeFromString(VARTYPE type) noexcept;
+    /// A number as a date or duration of `type`; -2 for a value that is not a number.
     long ChangeNumericToDate(VARTYPE type) noexcept;
+    /// A date or duration through its number into `type`; -2 when that fails.
     long ChangeDateToNumeric(VARTYPE type) noexcept;
+    /// Base 16: each hex digit of `text` as four binary digits (others
+    /// dropped); base 2: `text` itself; any other base: "".
     static CString StringToBinaryStream(CString text, int base);
+    /// Whether a variable of `kind` and `size` bytes matches this array's elements.
     bool ElementMatches(varion::ElementKind kind, std::size_t size) const noexcept;
 
     VARIANT m_v;

@@ -12,3 +12,9 @@ struct ModuleLoader {
 const ModuleLoader theModule;
 
 }  // namespace
+
+// Nothing else refers to this file, so a static link would leave it out and
+// the start-up with it; linking the static library with
+// -Wl,--undefined=varion_module_anchor (its CMake target and varion.pc say
+// so) pulls it in.
+extern "C" const int varion_module_anchor = 1;

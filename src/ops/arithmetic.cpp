@@ -71,6 +71,23 @@ constexpr double kLargest = DBL_MAX;
 // What a division or remainder by zero leaves in the result, in every domain.
 constexpr double kQuotientByZero = 0.0;
 
+// x op y in double precision. Division by zero and the operations this
+// domain has not (remainder, unknown codes) set RC_NOT_CONVERTIBLE.
+double Compute(double x, double y, int op, long& code) {
+    switch (op) {
+    case OP_ADD: return x + y;
+    case OP_SUB: return x - y;
+    case OP_MUL: return x * y;
+    case OP_DIV:
+        if (y != 0) return x / y;
+        code = RC_NOT_CONVERTIBLE;
+        return kQuotientByZero;
+    default:
+        code = RC_NOT_CONVERTIBLE;
+        return kLargest;
+    }
+}
+
 // Releases what the result held and gives it a type and a value field member.
 template <class T>
 void Put(CVarion& result, VARTYPE type, T value) {
@@ -92,24 +109,7 @@ long DateDomain(CVarion& result, const CVarion& a, const CVarion& b, int op, VAR
     const double x = DayCount(a, b.GetType());
     const double y = DayCount(b, a.GetType());
     long code = RC_OK;
-    double r = 0;
-    switch (op) {
-    case OP_ADD: r = x + y; break;
-    case OP_SUB: r = x - y; break;
-    case OP_MUL: r = x * y; break;
-    case OP_DIV:
-        if (y == 0) {
-            code = RC_NOT_CONVERTIBLE;
-            r = kQuotientByZero;
-        } else {
-            r = x / y;
-        }
-        break;
-    default:
-        code = RC_NOT_CONVERTIBLE;
-        r = kLargest;
-        break;
-    }
+    double r = Compute(x, y, op, code);
     if (r > kLargest) {
         code = RC_ABOVE_MAX;
     } else if (r < 0 && dest != VTX_ISO_DURATION) {
@@ -124,24 +124,7 @@ long FloatingDomain(CVarion& result, const CVarion& a, const CVarion& b, int op,
     const double x = static_cast<double>(a);
     const double y = static_cast<double>(b);
     long code = RC_OK;
-    double r = 0;
-    switch (op) {
-    case OP_ADD: r = x + y; break;
-    case OP_SUB: r = x - y; break;
-    case OP_MUL: r = x * y; break;
-    case OP_DIV:
-        if (y == 0) {
-            code = RC_NOT_CONVERTIBLE;
-            r = kQuotientByZero;
-        } else {
-            r = x / y;
-        }
-        break;
-    default:
-        code = RC_NOT_CONVERTIBLE;
-        r = kLargest;
-        break;
-    }
+    double r = Compute(x, y, op, code);
     if (r > kLargest)
         code = RC_ABOVE_MAX;
     else if (r < -kLargest)

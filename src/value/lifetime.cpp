@@ -43,6 +43,19 @@ void MakeString(VARIANT& v, const OLECHAR* text) noexcept {
     }
 }
 
+// A string value from a text in another encoding (UTF-8, UTF-32), converted
+// through CString; VT_EMPTY for a null pointer or when memory runs out.
+template <class Char>
+void MakeConvertedString(VARIANT& v, const Char* text) noexcept {
+    Reset(v, VT_EMPTY);
+    if (text == nullptr) return;
+    try {
+        const CString converted(text);
+        MakeString(v, converted.GetString());
+    } catch (const std::bad_alloc&) {
+    }
+}
+
 }  // namespace
 
 CVarion::CVarion() noexcept { Reset(m_v, VT_EMPTY); }
@@ -77,26 +90,10 @@ CVarion::CVarion(double value) noexcept { Make(m_v, VT_R8, value); }
 CVarion::CVarion(const OLECHAR* text) noexcept { MakeString(m_v, text); }
 
 #if !defined(_WIN32)
-CVarion::CVarion(const wchar_t* text) noexcept {
-    Reset(m_v, VT_EMPTY);
-    if (text == nullptr) return;
-    try {
-        const CString converted(text);
-        MakeString(m_v, converted.GetString());
-    } catch (const std::bad_alloc&) {
-    }
-}
+CVarion::CVarion(const wchar_t* text) noexcept { MakeConvertedString(m_v, text); }
 #endif
 
-CVarion::CVarion(const char* text) noexcept {
-    Reset(m_v, VT_EMPTY);
-    if (text == nullptr) return;
-    try {
-        const CString converted(text);
-        MakeString(m_v, converted.GetString());
-    } catch (const std::bad_alloc&) {
-    }
-}
+CVarion::CVarion(const char* text) noexcept { MakeConvertedString(m_v, text); }
 
 CVarion::CVarion(const CString& text) noexcept { MakeString(m_v, text.GetString()); }
 

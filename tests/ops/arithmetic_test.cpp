@@ -199,7 +199,7 @@ Outcome IntegerOracle(const CVarion& a, const CVarion& b, int op, VARTYPE dest) 
         switch (op) {
         case OP_ADD: return {VT_UI8, (u + w) % two64, u + w > Range(VT_UI8).hi ? RC_ABOVE_MAX : RC_OK};
         case OP_SUB: return {VT_UI8, ((u - w) % two64 + two64) % two64, w > u ? RC_BELOW_MIN : RC_OK};
-        case OP_MUL: return {VT_UI8, (u * w) % two64, RC_OK};
+        case OP_MUL: return {VT_UI8, static_cast<I128>(static_cast<U128>(u) * static_cast<U128>(w) % two64), RC_OK};
         case OP_DIV: return w == 0 ? Outcome{VT_UI8, 0, RC_NOT_CONVERTIBLE} : Outcome{VT_UI8, u / w, RC_OK};
         default: return w == 0 ? Outcome{VT_UI8, 0, RC_NOT_CONVERTIBLE} : Outcome{VT_UI8, u % w, RC_OK};
         }

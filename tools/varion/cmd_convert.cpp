@@ -1,123 +1,52 @@
 // varion convert VALUE --to TYPE [--from TYPE]
 #include "cli.h"
 
-#include <charconv>
-#include <cstdio>
-
 namespace cli {
 namespace {
 
-constexpr double kMillisecondsPerDay = 86400000.0;
-constexpr double kFractionsPerDay = 32.0 * kMillisecondsPerDay;
+constexpr const char* kName = "convert";
 
-template <class T>
-bool ParseNumber(const std::string& text, T& out) {
-    const char* first = text.data();
-    const char* last = text.data() + text.size();
-    if (first != last && *first == '+') ++first;
-    const auto [ptr, ec] = std::from_chars(first, last, out);
-    return ec == std::errc() && ptr == last && first != last;
-}
+constexpr Option kOptions[] = {{"to", true}, {"from", true}};
 
-// VALUE read as the stored day count of a date or duration type. Date-times
-// pass through their number (days since 1900-01-01), durations through their
-// count of milliseconds (1/32 ms for VTX_DURATION_MSF), so a duration keeps
-// that resolution.
-std::optional<CVarion> DayCountOf(const std::string& text, VARTYPE type) {
-    double days = 0;
-    if (!ParseNumber(text, days)) return std::nullopt;
-    double number = days - 2.0;
-    if (CVarion::IsDurationType(type)) number = days * (type == VTX_DURATION_MSF ? kFractionsPerDay : kMillisecondsPerDay);
-    CVarion v(number);
-    if (v.SetType(type) != RC_OK) return std::nullopt;
-    return v;
-}
+int Run(const Args& args) {
+    int status = kOk;
+    if (!CheckPositionals(args, kName, 1, 1, "VALUE", status)) return status;
+    const auto to = TypeArgument(args, kName, "to", std::nullopt, status);
+    if (!to) return status;
+    const auto from = TypeArgument(args, kName, "from", VT_BSTR, status);
+    if (!from) return status;
+    auto value = ValueArgument(kName, args.Positionals()[0], *from, status);
+    if (!value) return status;
 
-// VALUE read as a number of type `from`; nullopt when it does not parse.
-std::optional<CVarion> NumberOf(const std::string& text, VARTYPE from) {
-    if (CVarion::IsAnyDateType(from)) return DayCountOf(text, from);
-    switch (from) {
-    case VT_I1: case VT_I2: case VT_I4: case VT_I8: case VT_UI1: case VT_UI2: case VT_UI4: case VT_BOOL: {
-        LONGLONG x = 0;
-        if (!ParseNumber(text, x)) return std::nullopt;
-        CVarion v(x);
-        // The value must hold in `from` as it stands.
-        if (v.SetType(from) != RC_OK) return std::nullopt;
-        return v;
-    }
-    case VT_UI8: {
-        ULONGLONG x = 0;
-        if (!ParseNumber(text, x)) return std::nullopt;
-        return CVarion(x);
-    }
-    case VT_R4: {
-        float x = 0;
-        if (!ParseNumber(text, x)) return std::nullopt;
-        return CVarion(x);
-    }
-    case VT_R8: {
-        double x = 0;
-        if (!ParseNumber(text, x)) return std::nullopt;
-        return CVarion(x);
-    }
-    default:
-        return std::nullopt;
-    }
+    const Report report(*value, value->SetType(*to));
+    report.Print(args.Json());
+    return report.Status();
 }
 
 }  // namespace
 
-int Convert(const Args& args) {
-    if (args.Flag("help")) {
-        std::printf(
-            "usage: varion convert VALUE --to TYPE [--from TYPE]\n"
-            "  Converts a value with SetType and prints the resulting type, value (in\n"
-            "  the library's text form) and result code. Exit status 1 when the\n"
-            "  library refuses the conversion.\n"
-            "  Without --from (or with --from BSTR) VALUE is a text (VT_BSTR), read by\n"
-            "  the rules of the target type: integers in bases 2 (0b), 8 (0), 10 and 16\n"
-            "  (0x), decimals with '.' or ',', INF/NAN, byte lists, dates and durations.\n"
-            "  With --from a numeric type, VALUE is a number of that type (decimal\n"
-            "  digits, '.' as decimal point). With --from a date or duration type,\n"
-            "  VALUE is the stored day count (days since 1899-12-30 for date-times,\n"
-            "  the length in days for durations, kept to the millisecond, or to 1/32\n"
-            "  ms for VTX_DURATION_MSF).\n"
-            "  Types: VT_I4, I4 or 4; VTX_DURATION or DURATION; arrays as UI1_ARRAY or\n"
-            "  0x2011.\n"
-            "example: varion convert 0x1F --to I1\n"
-            "example: varion convert \"12,5\" --to R4\n"
-            "example: varion convert \"0x01, 0xAB\" --to UI1_ARRAY\n"
-            "example: varion convert 2.5 --from R8 --to I4\n"
-            "example: varion convert 45002.5 --from DATE --to BSTR\n");
-        return kOk;
-    }
-    if (auto unknown = args.Unknown({"to", "from", "help"})) return Usage("convert: unknown option " + *unknown);
-    if (args.Positionals().size() != 1) return Usage("convert: expected one VALUE");
-    const auto toName = args.Option("to");
-    if (!toName) return Usage("convert: --to TYPE is required");
-    const auto to = ParseType(*toName);
-    if (!to) return Usage("convert: unknown type '" + *toName + "'");
-
-    const std::string& text = args.Positionals()[0];
-    VARTYPE from = VT_BSTR;
-    if (const auto fromName = args.Option("from")) {
-        const auto parsed = ParseType(*fromName);
-        if (!parsed) return Usage("convert: unknown type '" + *fromName + "'");
-        from = *parsed;
-    }
-    std::optional<CVarion> value;
-    if (from == VT_BSTR) {
-        value = CVarion(text.c_str());
-        if (value->GetType() != VT_BSTR) return Usage("convert: out of memory");
-    } else if (CVarion::IsNumericType(from) || CVarion::IsAnyDateType(from)) {
-        value = NumberOf(text, from);
-        if (!value) return Usage("convert: '" + text + "' is not a " + TypeName(from) + " value");
-    } else {
-        return Usage("convert: --from takes a numeric, date, duration or string type");
-    }
-    const long code = value->SetType(*to);
-    PrintResult(*value, code);
-    return code < 0 ? kFailure : kOk;
-}
+const Command kConvertCommand = {
+    kName,
+    "convert a value to another type",
+    "usage: varion convert VALUE --to TYPE [--from TYPE]\n"
+    "  Converts a value with SetType and prints the resulting type, the value in\n"
+    "  the library's text form and the result code. A refused conversion leaves\n"
+    "  the value as it was (exit status 1).\n"
+    "  Without --from, VALUE is a text (VT_BSTR) read by the rules of the target\n"
+    "  type: integers in bases 2 (0b), 8 (0), 10 and 16 (0x), decimals with '.'\n"
+    "  or ',', INF/NAN, byte lists, locale dates, durations, ISO 8601 texts.\n"
+    "  With --from TYPE, VALUE is a value of that type: a number of the type\n"
+    "  ('.' as decimal point), true/false, the stored day count of a date or\n"
+    "  duration (days since 1899-12-30 for date-times, the length in days for\n"
+    "  durations), or any text the library reads into that type.\n"
+    "  TYPE: VT_I4, I4 or 3; VTX_DURATION or DURATION; UI1_ARRAY or 0x2011.\n"
+    "example: varion convert 0x1F --to I1\n"
+    "example: varion convert 12,5 --to R4\n"
+    "example: varion convert \"0x01, 0xAB\" --to UI1_ARRAY\n"
+    "example: varion convert 2.5 --from R8 --to I4\n"
+    "example: varion convert 45002.5 --from DATE --to BSTR --locale de-DE\n",
+    kOptions,
+    Run,
+};
 
 }  // namespace cli

@@ -3,45 +3,12 @@
 
 #include <varion/units.h>
 
-#include <charconv>
 #include <cstdio>
 
 namespace cli {
 namespace {
 
-template <class T>
-bool ParseWhole(const std::string& text, T& out) {
-    const char* first = text.data();
-    const char* last = text.data() + text.size();
-    if (first != last && *first == '+') ++first;
-    const auto [ptr, ec] = std::from_chars(first, last, out);
-    return ec == std::errc() && ptr == last && first != last;
-}
-
-std::optional<short> ParseCode(const std::string& text) {
-    int code = 0;
-    if (!ParseWhole(text, code) || code < -32768 || code > 32767) return std::nullopt;
-    return static_cast<short>(code);
-}
-
-// VALUE held as `type`: integers are read as integers so that no digit is
-// lost on the way; the value must fit the type as it stands.
-std::optional<CVarion> ValueOf(const std::string& text, VARTYPE type) {
-    CVarion value;
-    LONGLONG whole = 0;
-    ULONGLONG unsignedWhole = 0;
-    double real = 0;
-    if (ParseWhole(text, whole))
-        value = CVarion(whole);
-    else if (ParseWhole(text, unsignedWhole))
-        value = CVarion(unsignedWhole);
-    else if (ParseWhole(text, real))
-        value = CVarion(real);
-    else
-        return std::nullopt;
-    if (value.SetType(type) != RC_OK) return std::nullopt;
-    return value;
-}
+constexpr Option kUnitOptions[] = {{"type", true}};
 
 std::string UnitText(short code) {
     VarionUnitInfo info{};
@@ -58,7 +25,7 @@ const char* Meaning(long code) {
         return "not convertible (unknown code, other group or quantity, or no temperature formula); "
                "value passed on unconverted";
     case RC_UNIT_NO_TARGET: return "no target unit; value passed on unconverted";
-    case RC_NOT_CONVERTIBLE: return "bad call (empty value or source code -1); result untouched";
+    case RC_NOT_CONVERTIBLE: return "bad call (source code -1); result untouched";
     default: return "unexpected result";
     }
 }
@@ -84,66 +51,55 @@ bool Matches(const VarionUnitInfo& info, const std::string& search) {
     return false;
 }
 
-}  // namespace
-
 int Unit(const Args& args) {
-    if (args.Flag("help")) {
-        std::printf(
-            "usage: varion unit VALUE FROM TO [--type TYPE]\n"
-            "  Converts VALUE, given in unit code FROM, into unit code TO with\n"
-            "  UnitConvert and prints the result and the meaning of its code. The\n"
-            "  value is held as TYPE (a numeric type, default VT_R8) and the result\n"
-            "  comes back in that type where it fits. 'varion units' lists the codes.\n"
-            "  Exit status 0 only when the value was converted.\n"
-            "example: varion unit 20 32 33 --type I4     (20 degrees Celsius in Fahrenheit)\n");
-        return kOk;
-    }
-    if (auto unknown = args.Unknown({"type", "help"})) return Usage("unit: unknown option " + *unknown);
-    const auto& positionals = args.Positionals();
-    if (positionals.size() != 3) return Usage("unit: expected VALUE FROM TO");
-    VARTYPE type = VT_R8;
-    if (args.Flag("type")) {
-        const auto typeName = args.Option("type");
-        if (!typeName) return Usage("unit: --type needs a TYPE");
-        const auto parsed = ParseType(*typeName);
-        if (!parsed) return Usage("unit: unknown type '" + *typeName + "'");
-        if (!CVarion::IsNumericType(*parsed)) return Usage("unit: --type takes a numeric type");
-        type = *parsed;
-    }
-    const auto value = ValueOf(positionals[0], type);
-    if (!value) return Usage("unit: '" + positionals[0] + "' is not a " + TypeName(type) + " value");
-    const auto from = ParseCode(positionals[1]);
-    const auto to = ParseCode(positionals[2]);
-    if (!from) return Usage("unit: FROM '" + positionals[1] + "' is not a unit code");
-    if (!to) return Usage("unit: TO '" + positionals[2] + "' is not a unit code");
+    constexpr const char* kName = "unit";
+    int status = kOk;
+    if (!CheckPositionals(args, kName, 3, 3, "VALUE FROM TO", status)) return status;
+    const auto& p = args.Positionals();
+    const auto type = TypeArgument(args, kName, "type", VT_R8, status);
+    if (!type) return status;
+    if (!CVarion::IsNumericType(*type)) return Usage(kName, "--type takes a numeric type, not " + TypeName(*type));
+    const auto value = ValueArgument(kName, p[0], *type, status);
+    if (!value) return status;
+    const auto from = IntegerArgument(kName, p[1], "FROM", -32768, 32767, status);
+    if (!from) return status;
+    const auto to = IntegerArgument(kName, p[2], "TO", -32768, 32767, status);
+    if (!to) return status;
 
     CVarion result;
-    const long code = value->UnitConvert(*from, *to, &result);
-    std::printf("from:  %d %s\nto:    %d %s\n", *from, UnitText(*from).c_str(), *to, UnitText(*to).c_str());
-    std::printf("type:  %s (%u)\nvalue: %s\ncode:  %ld %s\n", TypeName(result.GetType()).c_str(),
-                static_cast<unsigned>(result.GetType()), ValueText(result).c_str(), code, Meaning(code));
+    const long code = value->UnitConvert(static_cast<short>(*from), static_cast<short>(*to), &result);
+    Report(result, code)
+        .Meaning(Meaning(code))
+        .Add("from", *from)
+        .Add("to", *to)
+        .Line("from", std::to_string(*from) + " " + UnitText(static_cast<short>(*from)))
+        .Line("to", std::to_string(*to) + " " + UnitText(static_cast<short>(*to)))
+        .Print(args.Json());
     return code == RC_OK ? kOk : kFailure;
 }
 
+std::string JsonUnit(const VarionUnitInfo& info) {
+    return "{\"code\":" + std::to_string(info.code) + ",\"symbol\":" + JsonString(info.symbol) +
+           ",\"name\":" + JsonString(info.name) + ",\"group\":" + std::to_string(info.group) +
+           ",\"kind\":" + std::to_string(info.kind) + ",\"factor\":" + JsonReal(info.factor) +
+           ",\"quantity\":" + JsonString(info.quantity) + "}";
+}
+
 int Units(const Args& args) {
-    if (args.Flag("help")) {
-        std::printf(
-            "usage: varion units [SEARCH]\n"
-            "  Lists the engineering unit codes with symbol, name, conversion group and\n"
-            "  quantity. Two codes convert into each other when their groups are equal.\n"
-            "  SEARCH keeps the codes equal to it and the units whose symbol, name or\n"
-            "  quantity contain it (any case). Exit status 1 when nothing matches.\n"
-            "example: varion units pascal\n");
-        return kOk;
-    }
-    if (auto unknown = args.Unknown({"help"})) return Usage("units: unknown option " + *unknown);
-    if (args.Positionals().size() > 1) return Usage("units: expected at most one SEARCH word");
+    constexpr const char* kName = "units";
+    int status = kOk;
+    if (!CheckPositionals(args, kName, 0, 1, "SEARCH", status)) return status;
     const std::string search = args.Positionals().empty() ? "" : args.Positionals()[0];
 
     int shown = 0;
     VarionUnitInfo info{};
     for (int i = 0; VarionUnitAt(i, &info); ++i) {
         if (!Matches(info, search)) continue;
+        if (args.Json()) {
+            std::printf("%s\n", JsonUnit(info).c_str());
+            ++shown;
+            continue;
+        }
         if (shown++ == 0)
             std::printf("%6s %s%s%-6s %s\n", "code", Padded("symbol", 19).c_str(), Padded("name", 50).c_str(),
                         "group", "quantity");
@@ -151,10 +107,44 @@ int Units(const Args& args) {
                     Padded(info.name, 50).c_str(), static_cast<unsigned>(info.group), info.quantity);
     }
     if (shown == 0) {
-        std::fprintf(stderr, "varion: no unit matches '%s'\n", search.c_str());
+        std::fprintf(stderr, "varion: units: no unit matches '%s'\n", Quoted(search).c_str());
         return kFailure;
     }
     return kOk;
 }
+
+}  // namespace
+
+const Command kUnitCommand = {
+    "unit",
+    "convert a number between engineering unit codes",
+    "usage: varion unit VALUE FROM TO [--type TYPE]\n"
+    "  Converts VALUE, given in unit code FROM, into unit code TO with\n"
+    "  UnitConvert and prints the result and the meaning of its code. VALUE is\n"
+    "  held as TYPE (a numeric type, VT_R8 by default) and the result comes\n"
+    "  back in that type where it fits. 'varion units' lists the codes.\n"
+    "  Exit status 0 only when the value was converted.\n"
+    "example: varion unit 2.5 1010 1013\n"
+    "example: varion unit 20 32 33 --type I4\n",
+    kUnitOptions,
+    Unit,
+};
+
+const Command kUnitsCommand = {
+    "units",
+    "list the engineering unit codes",
+    "usage: varion units [SEARCH]\n"
+    "  Lists the engineering unit codes with symbol, name, conversion group and\n"
+    "  quantity. Two codes convert into each other when their groups are equal.\n"
+    "  SEARCH keeps the code equal to it and the units whose symbol, name or\n"
+    "  quantity contain it (any case). With --json one object per unit:\n"
+    "  code, symbol, name, group, kind, factor (units per unit of the group's\n"
+    "  reference; 0 for temperatures) and quantity. Exit status 1 when nothing\n"
+    "  matches.\n"
+    "example: varion units pascal\n"
+    "example: varion units 1013 --json\n",
+    {},
+    Units,
+};
 
 }  // namespace cli

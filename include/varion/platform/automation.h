@@ -115,6 +115,7 @@ typedef void* PVOID;
 #define SUCCEEDED(hr) (((HRESULT)(hr)) >= 0)
 #define FAILED(hr) (((HRESULT)(hr)) < 0)
 
+/// The status codes the services answer.
 constexpr HRESULT S_OK = 0;
 constexpr HRESULT S_FALSE = 1;
 constexpr HRESULT E_NOTIMPL = static_cast<HRESULT>(0x80004001u);
@@ -132,6 +133,7 @@ constexpr HRESULT DISP_E_ARRAYISLOCKED = static_cast<HRESULT>(0x8002000Du);
 // ---------------------------------------------------------------------------
 // Type codes
 // ---------------------------------------------------------------------------
+/// The Automation type codes; VT_ARRAY and VT_BYREF are flags added to an element type.
 enum VARENUM : VARTYPE {
     VT_EMPTY = 0,
     VT_NULL = 1,
@@ -190,6 +192,7 @@ enum VARENUM : VARTYPE {
 // ---------------------------------------------------------------------------
 // Interfaces: only what a VARIANT needs to carry and release a pointer.
 // ---------------------------------------------------------------------------
+/// A 128-bit interface identifier.
 struct GUID {
     std::uint32_t Data1;
     std::uint16_t Data2;
@@ -198,28 +201,39 @@ struct GUID {
 };
 typedef GUID IID;
 
+/// The base of every interface a VARIANT can carry (VT_UNKNOWN).
 struct IUnknown {
+    /// Asks for another interface of the object: S_OK with *ppvObject set,
+    /// or a failure code (E_NOTIMPL ...) with *ppvObject null.
     virtual HRESULT QueryInterface(const IID& riid, void** ppvObject) = 0;
+    /// Takes a reference; answers the new count.
     virtual ULONG AddRef() = 0;
+    /// Drops a reference; answers the new count (the object may be gone at 0).
     virtual ULONG Release() = 0;
 
 protected:
+    /// Objects are released through Release, never deleted through this base.
     ~IUnknown() = default;
 };
+/// An interface with late-bound calls (VT_DISPATCH); only carried here.
 struct IDispatch : IUnknown {
 protected:
+    /// Released through Release only.
     ~IDispatch() = default;
 };
 
 // ---------------------------------------------------------------------------
 // SAFEARRAY
 // ---------------------------------------------------------------------------
+/// One dimension of an array: its element count and lower bound.
 struct SAFEARRAYBOUND {
     ULONG cElements;
     LONG lLbound;
 };
 typedef SAFEARRAYBOUND* LPSAFEARRAYBOUND;
 
+/// An array descriptor: dimensions, FADF_* features, element size, lock
+/// count, the element block and the bounds, least significant first.
 struct SAFEARRAY {
     USHORT cDims;
     USHORT fFeatures;
@@ -230,6 +244,7 @@ struct SAFEARRAY {
 };
 typedef SAFEARRAY* LPSAFEARRAY;
 
+/// SAFEARRAY feature flags; FADF_FIXEDSIZE marks an array that cannot be resized.
 enum : USHORT {
     FADF_AUTO = 0x0001,
     FADF_STATIC = 0x0002,
@@ -252,6 +267,8 @@ struct tagVARIANT;
 typedef tagVARIANT VARIANT;
 typedef tagVARIANT VARIANTARG;
 
+/// The Automation value: a type code, three reserved words and the 8-byte
+/// value field, the member named by the type code.
 struct tagVARIANT {
     VARTYPE vt;
     WORD wReserved1;
@@ -308,6 +325,7 @@ static_assert(offsetof(VARIANT, llVal) == 8, "the value field starts at byte 8")
 // ---------------------------------------------------------------------------
 // Date services
 // ---------------------------------------------------------------------------
+/// Calendar fields of a date and time.
 struct SYSTEMTIME {
     WORD wYear;
     WORD wMonth;
@@ -320,11 +338,13 @@ struct SYSTEMTIME {
 };
 typedef SYSTEMTIME* LPSYSTEMTIME;
 
+/// Calendar fields with the day of the year.
 struct UDATE {
     SYSTEMTIME st;
     USHORT wDayOfYear;  // 1 to 366
 };
 
+/// Locale identifiers and flags of the date services.
 constexpr LCID LOCALE_SYSTEM_DEFAULT = 0x0800;
 constexpr LCID LOCALE_USER_DEFAULT = 0x0400;
 constexpr LCID LOCALE_INVARIANT = 0x007F;
@@ -343,43 +363,109 @@ extern "C" {
 
 // Strings. The SysAlloc family returns null when it cannot allocate (and
 // SysAllocString returns null for a null argument).
+/// A new string copied from `psz` up to its terminator; null for a null
+/// `psz` or when it cannot be allocated.
 VARION_API BSTR SysAllocString(const OLECHAR* psz);
+/// A new string of `ui` code units copied from `strIn` (zeros when it is
+/// null), embedded zeros kept; null when it cannot be allocated.
 VARION_API BSTR SysAllocStringLen(const OLECHAR* strIn, UINT ui);
+/// A new string of `len` bytes copied from `psz` (zeros when it is null);
+/// null when it cannot be allocated.
 VARION_API BSTR SysAllocStringByteLen(const char* psz, UINT len);
+/// Frees a string of the SysAlloc family; null does nothing.
 VARION_API void SysFreeString(BSTR bstrString);
+/// The length in code units, embedded zeros counted; 0 for null.
 VARION_API UINT SysStringLen(BSTR pbstr);
+/// The length in bytes; 0 for null.
 VARION_API UINT SysStringByteLen(BSTR bstr);
 
 // Variants.
+/// Makes the VARIANT VT_EMPTY without releasing anything; null does nothing.
 VARION_API void VariantInit(VARIANTARG* pvarg);
+/// Releases a held string, array or interface (not through VT_BYREF) and
+/// leaves VT_EMPTY. E_INVALIDARG for null, DISP_E_BADVARTYPE for an invalid
+/// type code, DISP_E_ARRAYISLOCKED for a locked array (nothing changes).
 VARION_API HRESULT VariantClear(VARIANTARG* pvarg);
+/// Clears the destination, then copies the source, duplicating strings and
+/// arrays and taking an interface reference. E_INVALIDARG, DISP_E_BADVARTYPE
+/// or E_OUTOFMEMORY on failure (after a failed duplication it stays cleared).
 VARION_API HRESULT VariantCopy(VARIANTARG* pvargDest, const VARIANTARG* pvargSrc);
+/// As VariantCopy, but a VT_BYREF source is copied as the value it refers
+/// to. E_INVALIDARG for a null reference or a reference to a reference.
 VARION_API HRESULT VariantCopyInd(VARIANT* pvarDest, const VARIANTARG* pvargSrc);
+/// Converts a copy of the source to `vt`: the same type copies; numbers
+/// and VT_DATE become VT_BSTR in the user's locale (1.5 as "1,5" under
+/// de-DE). DISP_E_TYPEMISMATCH for every other pair; flags are not used.
 VARION_API HRESULT VariantChangeType(VARIANTARG* pvargDest, const VARIANTARG* pvarSrc,
                                      USHORT wFlags, VARTYPE vt);
 
 // Arrays.
+/// A zero-filled array of `cDims` dimensions of `vt`; `rgsabound` lists the
+/// bounds most significant first. Null for an element type an array cannot
+/// hold, 0 or more than 64 dimensions, or a block beyond 2 GiB.
 VARION_API SAFEARRAY* SafeArrayCreate(VARTYPE vt, UINT cDims, SAFEARRAYBOUND* rgsabound);
+/// A one-dimensional array of `cElements` elements from lower bound `lLbound`;
+/// null as for SafeArrayCreate.
 VARION_API SAFEARRAY* SafeArrayCreateVector(VARTYPE vt, LONG lLbound, ULONG cElements);
+/// An independent copy (strings and VARIANTs duplicated) in *ppsaOut, flags
+/// such as FADF_FIXEDSIZE kept; *ppsaOut null for a null source.
+/// E_INVALIDARG for a null ppsaOut, E_OUTOFMEMORY.
 VARION_API HRESULT SafeArrayCopy(SAFEARRAY* psa, SAFEARRAY** ppsaOut);
+/// Releases the elements and the array; null does nothing.
+/// DISP_E_ARRAYISLOCKED (nothing released) while it is locked.
 VARION_API HRESULT SafeArrayDestroy(SAFEARRAY* psa);
+/// Resizes bound A (the least significant dimension) to the new bound; new
+/// elements are zero, dropped ones released. E_INVALIDARG for a fixed-size
+/// array, DISP_E_ARRAYISLOCKED, E_OUTOFMEMORY (the array unchanged).
 VARION_API HRESULT SafeArrayRedim(SAFEARRAY* psa, SAFEARRAYBOUND* psaboundNew);
+/// The number of dimensions; 0 for null.
 VARION_API UINT SafeArrayGetDim(SAFEARRAY* psa);
+/// The size of one element in bytes; 0 for null.
 VARION_API UINT SafeArrayGetElemsize(SAFEARRAY* psa);
+/// Copies one element, its index vector least significant first, into *pv
+/// (a new string for VT_BSTR, a VARIANT copy for VT_VARIANT).
+/// DISP_E_BADINDEX outside the bounds, E_INVALIDARG for null arguments.
 VARION_API HRESULT SafeArrayGetElement(SAFEARRAY* psa, LONG* rgIndices, void* pv);
+/// Stores a copy of *pv (of the string `pv` itself for VT_BSTR) as one
+/// element, releasing the old one. DISP_E_BADINDEX, E_INVALIDARG, E_OUTOFMEMORY.
 VARION_API HRESULT SafeArrayPutElement(SAFEARRAY* psa, LONG* rgIndices, void* pv);
+/// The address of one element in *ppvData. DISP_E_BADINDEX outside the
+/// bounds, E_INVALIDARG for null arguments or an array without a block.
 VARION_API HRESULT SafeArrayPtrOfIndex(SAFEARRAY* psa, LONG* rgIndices, void** ppvData);
+/// The lower bound of dimension `nDim` (1 is the most significant).
+/// DISP_E_BADINDEX for a dimension it does not have, E_INVALIDARG for null.
 VARION_API HRESULT SafeArrayGetLBound(SAFEARRAY* psa, UINT nDim, LONG* plLbound);
+/// The upper bound of dimension `nDim` (lower bound + count - 1); failures
+/// as SafeArrayGetLBound.
 VARION_API HRESULT SafeArrayGetUBound(SAFEARRAY* psa, UINT nDim, LONG* plUbound);
+/// The element type the array was created with; E_INVALIDARG for null.
 VARION_API HRESULT SafeArrayGetVartype(SAFEARRAY* psa, VARTYPE* pvt);
+/// Counts a lock, which keeps the array from being destroyed or resized.
+/// E_INVALIDARG for null, E_UNEXPECTED when the count is full.
 VARION_API HRESULT SafeArrayLock(SAFEARRAY* psa);
+/// Drops a lock. E_INVALIDARG for null, E_UNEXPECTED when none is held.
 VARION_API HRESULT SafeArrayUnlock(SAFEARRAY* psa);
 
-// Dates.
+// Dates: OLE Automation dates, days since 1899-12-30, from 0100-01-01 to
+// 9999-12-31, in the proleptic Gregorian calendar.
+/// The date of the calendar fields in *pvtime (milliseconds ignored; a day
+/// or time beyond its month or day rolls over: February 30 gives March 2).
+/// FALSE for a year, month or day out of range or a null argument.
 VARION_API INT SystemTimeToVariantTime(LPSYSTEMTIME lpSystemTime, DOUBLE* pvtime);
+/// The calendar fields of a date, the time rounded to the nearest second
+/// (wMilliseconds 0). FALSE outside the calendar range, for NaN or null.
 VARION_API INT VariantTimeToSystemTime(DOUBLE vtime, LPSYSTEMTIME lpSystemTime);
+/// As VariantTimeToSystemTime, with the day of the year (1 to 366); flags
+/// are not used. E_INVALIDARG where VariantTimeToSystemTime answers FALSE.
 VARION_API HRESULT VarUdateFromDate(DATE dateIn, ULONG dwFlags, UDATE* pudateOut);
+/// The date as text in the locale's short date and long time patterns
+/// (VAR_DATEVALUEONLY / VAR_TIMEVALUEONLY: one of them): "17.11.2026
+/// 20:18:38" for 0x407. E_INVALIDARG for an unknown locale, a date out of
+/// range or a null output (*pbstrOut null); E_OUTOFMEMORY.
 VARION_API HRESULT VarBstrFromDate(DATE dateIn, LCID lcid, ULONG dwFlags, BSTR* pbstrOut);
+/// Reads a date and/or time text of the locale (numbers in the locale's
+/// order, month names, AM/PM). DISP_E_TYPEMISMATCH for a text that is no
+/// date; E_INVALIDARG for null, an unknown locale or both VALUEONLY flags.
 VARION_API HRESULT VarDateFromStr(LPCOLESTR strIn, LCID lcid, ULONG dwFlags, DATE* pdateOut);
 
 }  // extern "C"

@@ -30,11 +30,17 @@ class VARION_API CString {
 public:
     typedef OLECHAR XCHAR;
 
+    /// The empty string.
     CString() noexcept = default;
+    /// A copy (throws std::bad_alloc only).
     CString(const CString&) = default;
+    /// Takes the other's text; the other is left empty.
     CString(CString&&) noexcept = default;
+    /// Copies the other's text (throws std::bad_alloc only).
     CString& operator=(const CString&) = default;
+    /// Takes the other's text.
     CString& operator=(CString&&) noexcept = default;
+    /// Frees the text.
     ~CString() = default;
 
     /// From a null-terminated UTF-16 text; a null pointer gives the empty string.
@@ -52,38 +58,55 @@ public:
     /// From a UTF-16 view (may hold embedded zero code units).
     explicit CString(OleStringView text);
 
+    /// Replaces the text by a null-terminated UTF-16 text; null empties it.
     CString& operator=(const OLECHAR* text);
+    /// Replaces the text by a UTF-8 text (invalid sequences become U+FFFD); null empties it.
     CString& operator=(const char* utf8);
 #if !defined(_WIN32)
+    /// Replaces the text by a wide (UTF-32) text; null empties it.
     CString& operator=(const wchar_t* text);
 #endif
 
     // -- Size and access ----------------------------------------------------
+    /// The length in UTF-16 code units.
     int GetLength() const noexcept { return static_cast<int>(m_str.size()); }
+    /// Whether the length is 0.
     bool IsEmpty() const noexcept { return m_str.empty(); }
+    /// Makes the string empty.
     void Empty() noexcept { m_str.clear(); }
     /// The code unit at `index`, or 0 when `index` is out of range.
     OLECHAR GetAt(int index) const noexcept;
+    /// GetAt(index): 0 out of range.
     OLECHAR operator[](int index) const noexcept { return GetAt(index); }
     /// Replaces the code unit at `index`; out of range does nothing.
     void SetAt(int index, OLECHAR ch) noexcept;
     /// The text, always null-terminated.
     const OLECHAR* GetString() const noexcept { return m_str.c_str(); }
+    /// GetString(): the null-terminated text, valid until the string changes.
     operator const OLECHAR*() const noexcept { return m_str.c_str(); }
     /// The text as a view (embedded zero code units included).
     OleStringView View() const noexcept { return m_str; }
     /// The text as UTF-8 (lone surrogates become U+FFFD).
     std::string ToUtf8() const;
 
-    // -- Concatenation --------------------------------------------------------
+    // -- Concatenation (each throws std::bad_alloc only) --------------------------
+    /// Appends the other's text, embedded zeros included.
     CString& operator+=(const CString& other);
+    /// Appends a null-terminated text; null appends nothing.
     CString& operator+=(const OLECHAR* text);
+    /// Appends one code unit.
     CString& operator+=(OLECHAR ch);
+    /// Appends `length` code units of `text`; null or a length of 0 or less appends nothing.
     CString& Append(const OLECHAR* text, int length);
+    /// Appends a view, embedded zeros included.
     CString& Append(OleStringView text);
+    /// a followed by b.
     friend VARION_API CString operator+(const CString& a, const CString& b);
+    /// a followed by the null-terminated b (nothing for null).
     friend VARION_API CString operator+(const CString& a, const OLECHAR* b);
+    /// The null-terminated a (empty for null) followed by b.
     friend VARION_API CString operator+(const OLECHAR* a, const CString& b);
+    /// a followed by one code unit.
     friend VARION_API CString operator+(const CString& a, OLECHAR b);
 
     // -- Comparison (ordinal, by code unit) ----------------------------------
@@ -91,10 +114,15 @@ public:
     int Compare(const OLECHAR* text) const noexcept;
     /// As Compare, with ASCII letters folded to upper case.
     int CompareNoCase(const OLECHAR* text) const noexcept;
+    /// Equal texts, code unit by code unit (embedded zeros included).
     friend bool operator==(const CString& a, const CString& b) noexcept { return a.m_str == b.m_str; }
+    /// Different texts.
     friend bool operator!=(const CString& a, const CString& b) noexcept { return a.m_str != b.m_str; }
+    /// a sorts before b by code unit.
     friend bool operator<(const CString& a, const CString& b) noexcept { return a.m_str < b.m_str; }
+    /// Compare(b) == 0; a null b counts as the empty text.
     friend bool operator==(const CString& a, const OLECHAR* b) noexcept { return a.Compare(b) == 0; }
+    /// Compare(b) != 0.
     friend bool operator!=(const CString& a, const OLECHAR* b) noexcept { return a.Compare(b) != 0; }
 
     // -- Search ---------------------------------------------------------------
@@ -107,10 +135,15 @@ public:
     /// Index of the first code unit that is one of `chars`, or -1.
     int FindOneOf(const OLECHAR* chars) const noexcept;
 
-    // -- Extraction -----------------------------------------------------------
+    // -- Extraction (positions clamped; throws std::bad_alloc only) ---------------
+    /// The text from `first` to the end; empty when `first` is past the end.
     CString Mid(int first) const;
+    /// At most `count` code units from `first` (a negative `first` counts
+    /// as 0); empty when `first` is past the end or `count` is 0 or less.
     CString Mid(int first, int count) const;
+    /// The first `count` code units (all of them when `count` is larger).
     CString Left(int count) const;
+    /// The last `count` code units (all of them when `count` is larger).
     CString Right(int count) const;
     /// The next token delimited by any of `delimiters`, starting at `start`, which
     /// moves past the token. Leading delimiters are skipped. When no token is left,
@@ -126,21 +159,29 @@ public:
     int Remove(OLECHAR ch) noexcept;
     /// Inserts at `index` (clamped); answers the new length.
     int Insert(int index, OLECHAR ch);
+    /// Inserts a null-terminated text at `index` (clamped; null inserts
+    /// nothing); answers the new length.
     int Insert(int index, const OLECHAR* text);
     /// Deletes `count` code units at `index` (clamped); answers the new length.
     int Delete(int index, int count = 1) noexcept;
     /// Removes leading and trailing white space (space, tab, CR, LF, VT, FF and
     /// the Unicode space characters).
     CString& Trim() noexcept;
+    /// Removes leading white space (as Trim counts it).
     CString& TrimLeft() noexcept;
+    /// Removes trailing white space.
     CString& TrimRight() noexcept;
     /// Removes leading and trailing `ch`.
     CString& Trim(OLECHAR ch) noexcept;
+    /// Removes leading `ch`.
     CString& TrimLeft(OLECHAR ch) noexcept;
+    /// Removes trailing `ch`.
     CString& TrimRight(OLECHAR ch) noexcept;
-    /// ASCII and Latin-1 letters change case; others stay.
+    /// ASCII and Latin-1 letters to upper case (U+00E4 gives U+00C4); others stay.
     CString& MakeUpper() noexcept;
+    /// ASCII and Latin-1 letters to lower case; others stay.
     CString& MakeLower() noexcept;
+    /// Reverses the order of the code units (surrogate pairs are not kept together).
     CString& MakeReverse() noexcept;
 
     /// A new BSTR holding this text (null when it cannot be allocated).
@@ -185,8 +226,10 @@ namespace varion {
 /// formatting call.
 class FormatArg {
 public:
+    /// The four kinds an argument can be.
     enum class Kind : unsigned char { Signed, Unsigned, Double, Text };
 
+    /// An integer argument, signed or unsigned as T is.
     template <std::integral T>
     constexpr FormatArg(T value) noexcept {
         if constexpr (std::is_signed_v<T>) {
@@ -197,13 +240,18 @@ public:
             m_bits = static_cast<unsigned long long>(value);
         }
     }
+    /// A floating argument, widened to double.
     template <std::floating_point T>
     constexpr FormatArg(T value) noexcept : m_kind(Kind::Double), m_double(static_cast<double>(value)) {}
+    /// A text argument viewing `text`.
     constexpr FormatArg(OleStringView text) noexcept : m_kind(Kind::Text), m_text(text) {}
+    /// A text argument viewing a null-terminated text; null reads as "(null)".
     constexpr FormatArg(const OLECHAR* text) noexcept
         : m_kind(Kind::Text), m_text(text != nullptr ? OleStringView(text) : OleStringView(OLESTR("(null)"))) {}
+    /// A text argument viewing the string's text.
     FormatArg(const CString& text) noexcept : m_kind(Kind::Text), m_text(text.View()) {}
 
+    /// What the argument holds.
     constexpr Kind kind() const noexcept { return m_kind; }
     /// The integer's 64-bit pattern (0 for other kinds).
     constexpr unsigned long long bits() const noexcept { return m_bits; }
@@ -234,27 +282,42 @@ void CString::Format(const OLECHAR* format, const A&... args) {
 /// An array of bytes with MFC-style members.
 class VARION_API CByteArray {
 public:
+    /// An array without bytes.
     CByteArray() = default;
 
+    /// The number of bytes.
     long GetSize() const noexcept { return static_cast<long>(m_data.size()); }
+    /// GetSize().
     long GetCount() const noexcept { return GetSize(); }
+    /// Whether there are no bytes.
     bool IsEmpty() const noexcept { return m_data.empty(); }
+    /// The last index, -1 when empty.
     long GetUpperBound() const noexcept { return GetSize() - 1; }
     /// Resizes; new bytes are zero. A negative size empties the array.
+    /// Throws std::bad_alloc only.
     void SetSize(long newSize);
+    /// Removes every byte.
     void RemoveAll() noexcept { m_data.clear(); }
     /// The byte at `index`, or 0 when out of range.
     BYTE GetAt(long index) const noexcept;
     /// Replaces the byte at `index`; out of range does nothing.
     void SetAt(long index, BYTE value) noexcept;
+    /// The byte at `index` for writing; out of range throws std::out_of_range
+    /// (check the index, or use SetAt, which ignores it).
     BYTE& ElementAt(long index) { return m_data.at(static_cast<std::size_t>(index)); }
+    /// GetAt(index): 0 out of range.
     BYTE operator[](long index) const noexcept { return GetAt(index); }
+    /// ElementAt(index): throws std::out_of_range out of range.
     BYTE& operator[](long index) { return ElementAt(index); }
-    /// Appends one byte; answers its index.
+    /// Appends one byte; answers its index. Throws std::bad_alloc only.
     long Add(BYTE value);
+    /// The bytes, valid until the array changes size.
     BYTE* GetData() noexcept { return m_data.data(); }
+    /// The bytes, for reading.
     const BYTE* GetData() const noexcept { return m_data.data(); }
+    /// Replaces the bytes by a copy of `src`'s. Throws std::bad_alloc only.
     void Copy(const CByteArray& src) { m_data = src.m_data; }
+    /// Appends `src`'s bytes; answers the index of the first one appended.
     long Append(const CByteArray& src);
 
 private:
