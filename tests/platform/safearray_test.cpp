@@ -32,12 +32,13 @@ TEST(SafeArray, BoundsListMostSignificantFirst) {
     EXPECT_EQ(SafeArrayGetVartype(psa, &vt), S_OK);
     EXPECT_EQ(vt, VT_I4);
 
-    // Index vectors are least significant first; (i, j) lies at i + j * countA.
-    LONG index[2] = {21, 11};
+    // Index vectors name the leftmost dimension first, which varies fastest:
+    // (j, i) lies at j + i * countB.
+    LONG index[2] = {11, 21};
     std::int32_t x = 7;
     EXPECT_EQ(SafeArrayPutElement(psa, index, &x), S_OK);
-    EXPECT_EQ(static_cast<std::int32_t*>(psa->pvData)[1 + 1 * 3], 7);
-    LONG outside[2] = {23, 11};
+    EXPECT_EQ(static_cast<std::int32_t*>(psa->pvData)[1 + 1 * 2], 7);
+    LONG outside[2] = {11, 23};
     EXPECT_EQ(SafeArrayPutElement(psa, outside, &x), DISP_E_BADINDEX);
     std::int32_t got = -1;
     EXPECT_EQ(SafeArrayGetElement(psa, outside, &got), DISP_E_BADINDEX);
@@ -46,16 +47,30 @@ TEST(SafeArray, BoundsListMostSignificantFirst) {
 }
 
 TEST(SafeArray, RefusedElementTypes) {
-    for (VARTYPE vt : std::initializer_list<VARTYPE>{VT_EMPTY, VT_NULL, 100, 101, 102, 103, 104, 105, 106, VT_DECIMAL,
+    for (VARTYPE vt : std::initializer_list<VARTYPE>{VT_EMPTY, VT_NULL, 100, 101, 102, 103, 104, 105, 106,
                                                      VT_RECORD, 0x2003, 0xFFFF}) {
         EXPECT_EQ(SafeArrayCreateVector(vt, 0, 1), nullptr) << vt;
     }
+    SAFEARRAY* decimals = SafeArrayCreateVector(VT_DECIMAL, 0, 2);  // 16-byte elements
+    ASSERT_NE(decimals, nullptr);
+    EXPECT_EQ(SafeArrayGetElemsize(decimals), 16u);
+    SafeArrayDestroy(decimals);
     SAFEARRAYBOUND b{1, 0};
     EXPECT_EQ(SafeArrayCreate(VT_I4, 0, &b), nullptr);
-    EXPECT_EQ(SafeArrayCreate(VT_I4, 1, nullptr), nullptr);
-    EXPECT_EQ(SafeArrayCreateVector(VT_R8, 0, 0x40000000u), nullptr);  // 8 GiB
-    varion::detail::FailAllocationAfter(2);  // descriptor, then element block
-    EXPECT_EQ(SafeArrayCreateVector(VT_R8, 0, 4), nullptr);
+    VARION_STANDIN_ONLY(EXPECT_EQ(SafeArrayCreate(VT_I4, 1, nullptr), nullptr));
+    VARION_STANDIN_ONLY(EXPECT_EQ(SafeArrayCreateVector(VT_R8, 0, 0x40000000u), nullptr));  // 8 GiB
+    // Every allocation the creation makes may fail; each failure answers null.
+    for (long n = 1;; ++n) {
+        varion::detail::FailAllocationAfter(n);
+        SAFEARRAY* psa = SafeArrayCreate(VT_R8, 1, &b);
+        varion::detail::FailAllocationAfter(0);
+        if (psa != nullptr) {
+            EXPECT_GT(n, 1) << "the first allocation did not fail";
+            SafeArrayDestroy(psa);
+            break;
+        }
+        ASSERT_LT(n, 10);
+    }
 }
 
 TEST(SafeArray, StringsAndVariantsAreCopiedInAndOut) {
@@ -127,7 +142,7 @@ TEST(SafeArray, RedimResizesBoundAAndKeepsElements) {
     EXPECT_EQ(SafeArrayRedim(psa, &shrink), S_OK);
     EXPECT_EQ(psa->rgsabound[0].cElements, 1u);
     psa->fFeatures |= FADF_FIXEDSIZE;
-    EXPECT_EQ(SafeArrayRedim(psa, &grow), E_INVALIDARG);
+    EXPECT_EQ(SafeArrayRedim(psa, &grow), DISP_E_ARRAYISLOCKED);
     EXPECT_EQ(SafeArrayLock(psa), S_OK);
     EXPECT_EQ(SafeArrayDestroy(psa), DISP_E_ARRAYISLOCKED);
     EXPECT_EQ(SafeArrayUnlock(psa), S_OK);
@@ -139,10 +154,11 @@ TEST(SafeArray, RedimOfTwoDimensionsMovesRows) {
     SAFEARRAYBOUND bounds[2] = {{2, 0}, {2, 0}};
     SAFEARRAY* psa = SafeArrayCreate(VT_BSTR, 2, bounds);
     const OLECHAR* texts[2][2] = {{OLESTR("a"), OLESTR("b")}, {OLESTR("c"), OLESTR("d")}};
-    for (LONG j = 0; j < 2; ++j)
-        for (LONG i = 0; i < 2; ++i) {
-            LONG index[2] = {i, j};
-            BSTR s = SysAllocString(texts[j][i]);
+    // texts[i][j] at (j, i): j names the leftmost dimension, i the one that grows.
+    for (LONG i = 0; i < 2; ++i)
+        for (LONG j = 0; j < 2; ++j) {
+            LONG index[2] = {j, i};
+            BSTR s = SysAllocString(texts[i][j]);
             SafeArrayPutElement(psa, index, s);
             SysFreeString(s);
         }
@@ -153,11 +169,16 @@ TEST(SafeArray, RedimOfTwoDimensionsMovesRows) {
     SafeArrayGetElement(psa, index, &got);
     EXPECT_EQ(got[0], 'c');
     SysFreeString(got);
-    SAFEARRAYBOUND narrower{1, 0};  // drops (and frees) "b" and "d"
+    LONG added[2] = {1, 2};
+    SafeArrayGetElement(psa, added, &got);
+    EXPECT_EQ(got, nullptr);  // the new run is empty
+    SAFEARRAYBOUND narrower{1, 0};  // drops (and frees) "c" and "d"
     ASSERT_EQ(SafeArrayRedim(psa, &narrower), S_OK);
-    SafeArrayGetElement(psa, index, &got);
-    EXPECT_EQ(got[0], 'c');
+    LONG kept[2] = {1, 0};
+    SafeArrayGetElement(psa, kept, &got);
+    EXPECT_EQ(got[0], 'b');
     SysFreeString(got);
+    EXPECT_EQ(SafeArrayGetElement(psa, index, &got), DISP_E_BADINDEX);
     SafeArrayDestroy(psa);
 }
 
@@ -167,8 +188,8 @@ TEST(SafeArray, NullArguments) {
     EXPECT_EQ(SafeArrayCopy(nullptr, &out), S_OK);
     EXPECT_EQ(out, nullptr);
     EXPECT_EQ(SafeArrayGetDim(nullptr), 0u);
-    EXPECT_EQ(SafeArrayRedim(nullptr, nullptr), E_INVALIDARG);
+    VARION_STANDIN_ONLY(EXPECT_EQ(SafeArrayRedim(nullptr, nullptr), E_INVALIDARG));
     EXPECT_EQ(SafeArrayLock(nullptr), E_INVALIDARG);
-    LONG i = 0;
-    EXPECT_EQ(SafeArrayGetElement(nullptr, &i, &i), E_INVALIDARG);
+    [[maybe_unused]] LONG i = 0;
+    VARION_STANDIN_ONLY(EXPECT_EQ(SafeArrayGetElement(nullptr, &i, &i), E_INVALIDARG));
 }
