@@ -7,6 +7,7 @@
 // and copied but their elements are not reachable here: access does nothing.
 #include <varion/varion.h>
 
+#include "platform/array_index.h"
 #include "value/access.h"
 
 #include <climits>
@@ -15,6 +16,7 @@
 
 using varion::detail::Access;
 using varion::detail::IsArrayType;
+using varion::detail::MakeIndexVector;
 
 namespace {
 
@@ -74,10 +76,8 @@ bool Reach(const VARIANT& v, long i, long j, bool growOnRead, Target* t) {
         if (FAILED(SafeArrayRedim(psa, &bound))) return false;
     }
     if (!growOnRead && !oneDimensional && j >= countB && (psa->fFeatures & FADF_FIXEDSIZE)) return false;
-    // Index vectors name the leftmost dimension first: (j, i) for two.
     t->psa = psa;
-    t->index[psa->cDims == 2 ? 1 : 0] = static_cast<LONG>(i);
-    t->index[psa->cDims == 2 ? 0 : 1] = static_cast<LONG>(j);
+    MakeIndexVector(psa->cDims, static_cast<LONG>(i), static_cast<LONG>(j), t->index);
     return true;
 }
 
@@ -190,10 +190,10 @@ CVarion CVarion::CONCAT_ARRAY(const CVarion& other) const noexcept {
         r.parray = copy;
         r.vt = a.vt;  // from here on `result` owns the copy
         for (unsigned long long k = 0; k < countB; ++k) {
-            // The first element of bound B in a two-dimensional source.
-            const LONG at = static_cast<LONG>(right->rgsabound[0].lLbound + static_cast<long long>(k));
-            LONG from[2] = {at, 0};
-            if (right->cDims == 2) from[0] = right->rgsabound[1].lLbound, from[1] = at;
+            // Element k of the first row of a two-dimensional source.
+            LONG from[2] = {};
+            MakeIndexVector(right->cDims, static_cast<LONG>(right->rgsabound[0].lLbound + static_cast<long long>(k)),
+                            right->cDims == 2 ? right->rgsabound[1].lLbound : 0, from);
             LONG to[1] = {static_cast<LONG>(grown.lLbound + static_cast<long long>(countA + k))};
             void* src = nullptr;
             void* dst = nullptr;

@@ -168,17 +168,14 @@ HRESULT CopyElement(VARTYPE vt, ULONG elemSize, unsigned char* dst, const unsign
     return E_UNEXPECTED;
 }
 
-// Byte offset of the element at `indices`, or DISP_E_BADINDEX. The index
-// vector names the leftmost dimension first (the order SafeArrayCreate takes
-// the bounds in, the reverse of rgsabound), and the leftmost index varies
-// fastest in the block: rgsabound[0], the dimension that grows, varies
-// slowest.
+// Byte offset of the element at `indices` (least significant first: the index
+// along rgsabound[0] first), or DISP_E_BADINDEX. rgsabound[0] varies fastest
+// in the element block.
 HRESULT ElementOffset(const SAFEARRAY* psa, const LONG* indices, std::size_t* offset) {
     std::size_t position = 0;
-    const int dims = psa->cDims;
-    for (int k = dims - 1; k >= 0; --k) {
-        const SAFEARRAYBOUND& b = psa->rgsabound[dims - 1 - k];
-        const long long index = static_cast<long long>(indices[k]) - b.lLbound;
+    for (int d = psa->cDims - 1; d >= 0; --d) {
+        const SAFEARRAYBOUND& b = psa->rgsabound[d];
+        const long long index = static_cast<long long>(indices[d]) - b.lLbound;
         if (index < 0 || index >= static_cast<long long>(b.cElements)) return DISP_E_BADINDEX;
         position = position * b.cElements + static_cast<std::size_t>(index);
     }
@@ -249,12 +246,12 @@ HRESULT SafeArrayCopy(SAFEARRAY* psa, SAFEARRAY** ppsaOut) {
 HRESULT SafeArrayRedim(SAFEARRAY* psa, SAFEARRAYBOUND* psaboundNew) {
     if (psa == nullptr || psaboundNew == nullptr) return E_INVALIDARG;
     if (psa->cLocks > 0 || (psa->fFeatures & FADF_FIXEDSIZE)) return DISP_E_ARRAYISLOCKED;
-    // rgsabound[0] varies slowest: the block is runs of `inner` elements, one
-    // for each of its indices, so its elements are kept or dropped at the end.
-    std::size_t inner = 1;
-    for (USHORT d = 1; d < psa->cDims; ++d) inner *= psa->rgsabound[d].cElements;
-    const std::size_t oldCount = psa->rgsabound[0].cElements * inner;
-    const std::size_t newCount = psaboundNew->cElements * inner;
+    // rgsabound[0] varies fastest: the block is `rows` runs of its count, and
+    // every run keeps or drops elements at its end.
+    const std::size_t oldCount = psa->rgsabound[0].cElements;
+    const std::size_t newCount = psaboundNew->cElements;
+    std::size_t rows = 1;
+    for (USHORT d = 1; d < psa->cDims; ++d) rows *= psa->rgsabound[d].cElements;
     SAFEARRAYBOUND oldBound = psa->rgsabound[0];
     psa->rgsabound[0] = *psaboundNew;
     void* oldData = psa->pvData;
@@ -268,9 +265,12 @@ HRESULT SafeArrayRedim(SAFEARRAY* psa, SAFEARRAYBOUND* psaboundNew) {
     auto* dst = static_cast<unsigned char*>(psa->pvData);
     auto* src = static_cast<unsigned char*>(oldData);
     if (src != nullptr) {
-        // Ownership of the kept elements moves with their bytes.
-        if (kept > 0) std::memcpy(dst, src, kept * size);
-        if (oldCount > kept) ReleaseElements(ElementType(psa), size, src + kept * size, oldCount - kept);
+        for (std::size_t r = 0; r < rows; ++r) {
+            // Ownership of the kept elements moves with their bytes.
+            std::memcpy(dst + r * newCount * size, src + r * oldCount * size, kept * size);
+            if (oldCount > kept)
+                ReleaseElements(ElementType(psa), size, src + (r * oldCount + kept) * size, oldCount - kept);
+        }
         varion::detail::PlatformFree(oldData);
     }
     return S_OK;

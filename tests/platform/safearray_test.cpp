@@ -1,5 +1,6 @@
 // SAFEARRAY: bound order, element access, copying, resizing and refusals.
 #include "platform/alloc.h"
+#include "platform/array_index.h"
 
 #include "support/test_support.h"
 
@@ -32,13 +33,16 @@ TEST(SafeArray, BoundsListMostSignificantFirst) {
     EXPECT_EQ(SafeArrayGetVartype(psa, &vt), S_OK);
     EXPECT_EQ(vt, VT_I4);
 
-    // Index vectors name the leftmost dimension first, which varies fastest:
-    // (j, i) lies at j + i * countB.
-    LONG index[2] = {11, 21};
+    // The stand-ins take index vectors least significant first, the index
+    // along rgsabound[0] (which varies fastest) first: (i, j) lies at
+    // i + j * countA. The Windows services take the leftmost dimension first,
+    // and it varies fastest there: (j, i) lies at j + i * countB.
+    const bool aFirst = varion::test::kStandInServices;
+    LONG index[2] = {aFirst ? 21 : 11, aFirst ? 11 : 21};
     std::int32_t x = 7;
     EXPECT_EQ(SafeArrayPutElement(psa, index, &x), S_OK);
-    EXPECT_EQ(static_cast<std::int32_t*>(psa->pvData)[1 + 1 * 2], 7);
-    LONG outside[2] = {11, 23};
+    EXPECT_EQ(static_cast<std::int32_t*>(psa->pvData)[aFirst ? 1 + 1 * 3 : 1 + 1 * 2], 7);
+    LONG outside[2] = {aFirst ? 23 : 11, aFirst ? 11 : 23};
     EXPECT_EQ(SafeArrayPutElement(psa, outside, &x), DISP_E_BADINDEX);
     std::int32_t got = -1;
     EXPECT_EQ(SafeArrayGetElement(psa, outside, &got), DISP_E_BADINDEX);
@@ -150,34 +154,38 @@ TEST(SafeArray, RedimResizesBoundAAndKeepsElements) {
     EXPECT_EQ(SafeArrayDestroy(psa), S_OK);
 }
 
-TEST(SafeArray, RedimOfTwoDimensionsMovesRows) {
+TEST(SafeArray, RedimOfTwoDimensionsKeepsElements) {
+    // texts[j][i] is element (i along rgsabound[0], j along rgsabound[1]).
     SAFEARRAYBOUND bounds[2] = {{2, 0}, {2, 0}};
     SAFEARRAY* psa = SafeArrayCreate(VT_BSTR, 2, bounds);
     const OLECHAR* texts[2][2] = {{OLESTR("a"), OLESTR("b")}, {OLESTR("c"), OLESTR("d")}};
-    // texts[i][j] at (j, i): j names the leftmost dimension, i the one that grows.
-    for (LONG i = 0; i < 2; ++i)
-        for (LONG j = 0; j < 2; ++j) {
-            LONG index[2] = {j, i};
-            BSTR s = SysAllocString(texts[i][j]);
+    const auto at = [](LONG i, LONG j, LONG vector[2]) { varion::detail::MakeIndexVector(2, i, j, vector); };
+    for (LONG j = 0; j < 2; ++j)
+        for (LONG i = 0; i < 2; ++i) {
+            LONG index[2];
+            at(i, j, index);
+            BSTR s = SysAllocString(texts[j][i]);
             SafeArrayPutElement(psa, index, s);
             SysFreeString(s);
         }
     SAFEARRAYBOUND wider{3, 0};
     ASSERT_EQ(SafeArrayRedim(psa, &wider), S_OK);
-    LONG index[2] = {0, 1};
+    LONG index[2];
+    at(1, 1, index);
     BSTR got = nullptr;
+    SafeArrayGetElement(psa, index, &got);
+    EXPECT_EQ(got[0], 'd');
+    SysFreeString(got);
+    at(2, 1, index);
+    SafeArrayGetElement(psa, index, &got);
+    EXPECT_EQ(got, nullptr);  // the added element is empty
+    SAFEARRAYBOUND narrower{1, 0};  // drops (and frees) "b" and "d"
+    ASSERT_EQ(SafeArrayRedim(psa, &narrower), S_OK);
+    at(0, 1, index);
     SafeArrayGetElement(psa, index, &got);
     EXPECT_EQ(got[0], 'c');
     SysFreeString(got);
-    LONG added[2] = {1, 2};
-    SafeArrayGetElement(psa, added, &got);
-    EXPECT_EQ(got, nullptr);  // the new run is empty
-    SAFEARRAYBOUND narrower{1, 0};  // drops (and frees) "c" and "d"
-    ASSERT_EQ(SafeArrayRedim(psa, &narrower), S_OK);
-    LONG kept[2] = {1, 0};
-    SafeArrayGetElement(psa, kept, &got);
-    EXPECT_EQ(got[0], 'b');
-    SysFreeString(got);
+    at(1, 1, index);
     EXPECT_EQ(SafeArrayGetElement(psa, index, &got), DISP_E_BADINDEX);
     SafeArrayDestroy(psa);
 }
