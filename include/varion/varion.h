@@ -752,8 +752,8 @@ extern "C" {
 /// Receives the library's diagnostic lines (the one written at load).
 typedef void (*VARION_DIAGNOSTIC_SINK)(const OLECHAR* line);
 /// Replaces the diagnostic sink and answers the previous one; null restores
-/// the default, which writes to standard error when VARION_DEBUG is set and
-/// is silent otherwise.
+/// the default, which sends the line to the debugger (OutputDebugStringW on
+/// Windows) and writes it to standard error when VARION_DEBUG is set.
 VARION_API VARION_DIAGNOSTIC_SINK VarionSetDiagnosticSink(VARION_DIAGNOSTIC_SINK sink);
 }
 

@@ -3,8 +3,7 @@
 #include "datetime/datetime.h"
 #include "datetime/text_builder.h"
 
-#include "platform/date_text.h"
-#include "platform/locales.h"
+#include "platform/locale_dates.h"
 #include "platform/runtime_number.h"
 #include "value/access.h"
 
@@ -58,8 +57,7 @@ CString FormatDateTime(double value) {
     DateTimeFieldSet fields;
     if (!DateTimeFields(value, fields)) return CString();
     OLECHAR text[kDateTextCapacity + 4];
-    int length = FormatDateText(WithoutMillisecond(value, fields.millisecond), UserLocale(),
-                                0, text);
+    int length = UserDateText(WithoutMillisecond(value, fields.millisecond), text);
     if (length < 0) return CString();
     if (fields.millisecond > 0) {
         text[length++] = ',';
@@ -104,9 +102,7 @@ long ParseDateTimeText(const CString& text, ULONG flags, LCID lcid, double& valu
     std::size_t end = first;
     while (end < t.size() && !isComma(end)) ++end;
 
-    const LocaleInfo* locale = LocaleFromLcid(lcid);
-    if (locale == nullptr || FAILED(ParseDateText(t.substr(first, end - first), *locale, flags, value)))
-        return RC_NOT_CONVERTIBLE;
+    if (FAILED(DateFromText(t.substr(first, end - first), lcid, flags, value))) return RC_NOT_CONVERTIBLE;
     if (end + 1 < t.size()) {
         double fraction = 0.0;
         const long rc = ReadSecondsFraction(t.substr(end + 1), fraction);

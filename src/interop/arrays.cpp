@@ -7,6 +7,7 @@
 // and copied but their elements are not reachable here: access does nothing.
 #include <varion/varion.h>
 
+#include "platform/array_index.h"
 #include "value/access.h"
 
 #include <climits>
@@ -15,6 +16,7 @@
 
 using varion::detail::Access;
 using varion::detail::IsArrayType;
+using varion::detail::MakeIndexVector;
 
 namespace {
 
@@ -23,6 +25,30 @@ constexpr VARTYPE kBoolArray = VT_ARRAY | VT_BOOL;
 constexpr VARTYPE kVariantArray = VT_ARRAY | VT_VARIANT;
 
 bool FitsLong32(long x) { return x >= INT32_MIN && x <= INT32_MAX; }
+
+// The library asks no platform for an element block beyond the 32-bit
+// platform's largest: some compute the block size in 32 bits and would
+// wrap around to a small block.
+constexpr unsigned long long kLargestBlock = 0x7FFFFFF0ull;
+constexpr unsigned long long kLargestElement = 24;  // a VARIANT on 64-bit Windows
+
+// Whether `cells` elements of `vt` fit that block; the element size is asked
+// of the platform only for counts where it matters.
+bool CellsFit(VARTYPE vt, unsigned long long cells) {
+    if (cells <= kLargestBlock / kLargestElement) return true;
+    SAFEARRAY* probe = SafeArrayCreateVector(vt, 0, 0);
+    if (probe == nullptr) return false;
+    const unsigned long long size = SafeArrayGetElemsize(probe);
+    SafeArrayDestroy(probe);
+    return size != 0 && cells <= kLargestBlock / size;
+}
+
+// Whether the array still fits that block with `countA` elements along bound A.
+bool GrowthFits(const SAFEARRAY* psa, unsigned long long countA) {
+    unsigned long long bytes = countA * psa->cbElements;
+    for (USHORT d = 1; d < psa->cDims && bytes <= kLargestBlock; ++d) bytes *= psa->rgsabound[d].cElements;
+    return bytes <= kLargestBlock;
+}
 
 // The element address (i, j) of the array held in `v`, as the element
 // accessors see it, after the growth the access asks for. False when the
@@ -45,14 +71,13 @@ bool Reach(const VARIANT& v, long i, long j, bool growOnRead, Target* t) {
     // lie inside bound B; a write whenever i lies beyond bound A.
     const bool beyond = growOnRead ? (i + 1 > countA && (j == -1 || j + 1 > countB)) : (i >= countA);
     if (beyond) {
-        if (psa->fFeatures & FADF_FIXEDSIZE) return false;
+        if ((psa->fFeatures & FADF_FIXEDSIZE) || !GrowthFits(psa, static_cast<unsigned long long>(i) + 1)) return false;
         SAFEARRAYBOUND bound{static_cast<ULONG>(i + 1), psa->rgsabound[0].lLbound};
         if (FAILED(SafeArrayRedim(psa, &bound))) return false;
     }
     if (!growOnRead && !oneDimensional && j >= countB && (psa->fFeatures & FADF_FIXEDSIZE)) return false;
     t->psa = psa;
-    t->index[0] = static_cast<LONG>(i);
-    t->index[1] = static_cast<LONG>(j);
+    MakeIndexVector(psa->cDims, static_cast<LONG>(i), static_cast<LONG>(j), t->index);
     return true;
 }
 
@@ -62,6 +87,8 @@ CVarion::CVarion(unsigned short elementType, long count1, long count2) noexcept 
     std::memset(&m_v, 0, sizeof(m_v));
     if (count1 < -1 || count1 > static_cast<long>(INT32_MAX) || count2 > static_cast<long>(INT32_MAX)) return;
     const long count = count1 == -1 ? 0 : count1;
+    const auto cells = static_cast<unsigned long long>(count) * static_cast<unsigned long long>(count2 > 0 ? count2 : 1);
+    if (!CellsFit(elementType, cells)) return;
     SAFEARRAY* psa = nullptr;
     if (count1 < 1 || count2 < 1) {
         psa = SafeArrayCreateVector(elementType, 0, static_cast<ULONG>(count));
@@ -125,9 +152,9 @@ void CVarion::SetElementValue(long i, long j, const void* source) const noexcept
         SafeArrayPutElement(t.psa, t.index, copy);
         SysFreeString(copy);
     } else if (m_v.vt == kBoolArray) {
-        std::uint8_t byte = 0;
-        std::memcpy(&byte, source, 1);
-        VARIANT_BOOL element = byte == 1 ? VARIANT_TRUE : VARIANT_FALSE;
+        std::uint8_t flag = 0;
+        std::memcpy(&flag, source, 1);
+        VARIANT_BOOL element = flag == 1 ? VARIANT_TRUE : VARIANT_FALSE;
         SafeArrayPutElement(t.psa, t.index, &element);
     } else {
         SafeArrayPutElement(t.psa, t.index, const_cast<void*>(source));
@@ -144,7 +171,7 @@ CVarion CVarion::CONCAT_ARRAY(const CVarion& other) const noexcept {
     if (left->cDims != 1 || right->cDims < 1) return refused;
     const unsigned long long countA = left->rgsabound[0].cElements;
     const unsigned long long countB = right->rgsabound[0].cElements;
-    if (countA + countB > INT32_MAX) return refused;
+    if (countA + countB > INT32_MAX || !GrowthFits(left, countA + countB)) return refused;
 
     CVarion result;
     VARIANT& r = Access::Var(result);
@@ -163,8 +190,10 @@ CVarion CVarion::CONCAT_ARRAY(const CVarion& other) const noexcept {
         r.parray = copy;
         r.vt = a.vt;  // from here on `result` owns the copy
         for (unsigned long long k = 0; k < countB; ++k) {
-            LONG from[2] = {static_cast<LONG>(right->rgsabound[0].lLbound + static_cast<long long>(k)),
-                            right->cDims == 2 ? right->rgsabound[1].lLbound : 0};
+            // Element k of the first row of a two-dimensional source.
+            LONG from[2] = {};
+            MakeIndexVector(right->cDims, static_cast<LONG>(right->rgsabound[0].lLbound + static_cast<long long>(k)),
+                            right->cDims == 2 ? right->rgsabound[1].lLbound : 0, from);
             LONG to[1] = {static_cast<LONG>(grown.lLbound + static_cast<long long>(countA + k))};
             void* src = nullptr;
             void* dst = nullptr;
@@ -183,11 +212,13 @@ CVarion CVarion::CONCAT_ARRAY(const CVarion& other) const noexcept {
     const VARTYPE element = a.vt & static_cast<VARTYPE>(~VT_ARRAY);
     SAFEARRAY* joined = SafeArrayCreateVector(element, 0, static_cast<ULONG>(countA + countB));
     if (joined == nullptr) return refused;
+    // The joined block exists, so both parts' byte counts fit a size_t.
     const std::size_t size = left->cbElements;
-    if (countA > 0) std::memcpy(joined->pvData, left->pvData, countA * size);
+    const auto bytesA = static_cast<std::size_t>(countA) * size;
+    if (countA > 0) std::memcpy(joined->pvData, left->pvData, bytesA);
     if (countB > 0)
-        std::memcpy(static_cast<unsigned char*>(joined->pvData) + countA * size, right->pvData,
-                    countB * right->cbElements);
+        std::memcpy(static_cast<unsigned char*>(joined->pvData) + bytesA, right->pvData,
+                    static_cast<std::size_t>(countB) * right->cbElements);
     r.parray = joined;
     r.vt = a.vt;
     return result;

@@ -1,5 +1,6 @@
 #include "module/module.h"
 
+#include "platform/debug_output.h"
 #include "platform/utf.h"
 
 #include <atomic>
@@ -11,8 +12,10 @@
 namespace varion::detail {
 namespace {
 
-// Writes the line to standard error when VARION_DEBUG is set, else nothing.
+// Sends the line to the debugger output channel (where the platform has
+// one) and, when VARION_DEBUG is set, to standard error.
 void DefaultSink(const OLECHAR* line) {
+    DebuggerOutput(line);
     if (line == nullptr || std::getenv("VARION_DEBUG") == nullptr) return;
     try {
         const std::string text = Utf16ToUtf8(line);

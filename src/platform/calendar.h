@@ -8,6 +8,8 @@
 
 #include <varion/platform/automation.h>
 
+#include <cmath>
+
 namespace varion::detail {
 
 constexpr long long kFirstDay = -657434;  // 0100-01-01
@@ -72,6 +74,10 @@ struct DateParts {
 /// Splits `value`; false for NaN, infinities and dates outside 0100-01-01 to
 /// 9999-12-31 23:59:59 (after rounding: 9999-12-31 23:59:59.6 is outside).
 bool SplitAutomationDate(double value, DateParts& parts) noexcept;
+
+/// The date the platform's services take a NaN for: its range checks let it
+/// through as day 0, 1899-12-30 00:00:00.
+inline double ServiceDate(double value) noexcept { return std::isnan(value) ? 0.0 : value; }
 
 /// The Automation date of a day number and a time of day given in
 /// milliseconds (0 to 86,399,999), rounded once to the nearest double.

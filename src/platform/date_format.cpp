@@ -96,16 +96,23 @@ int FormatDateText(double value, const LocaleInfo& locale, ULONG flags, OLECHAR*
     const bool timeOnly = (flags & VAR_TIMEVALUEONLY) != 0;
     const bool dateOnly = (flags & VAR_DATEVALUEONLY) != 0;
     DateParts parts;
-    if ((timeOnly && dateOnly) || !SplitAutomationDate(value, parts)) return -1;
+    if (!SplitAutomationDate(ServiceDate(value), parts)) return -1;
+    // The day 1899-12-30 and the time 00:00:00 are left out; the time alone
+    // of that day shows when no flag asks for a part. A part left out by
+    // both rule and flag leaves the empty text. A NaN, which fails every
+    // comparison, shows both parts of day 0.
+    const bool nan = std::isnan(value);
     const bool midnight = parts.hour == 0 && parts.minute == 0 && parts.second == 0;
-    const bool showDate = !timeOnly && (dateOnly || parts.dayNumber != 0);
-    const bool showTime = !dateOnly && (timeOnly || parts.dayNumber == 0 || !midnight);
+    const bool showDate = !timeOnly && (parts.dayNumber != 0 || nan);
+    const bool showTime = !dateOnly && (!midnight || nan || (parts.dayNumber == 0 && !timeOnly));
     TextWriter w(out);
     if (showDate) Expand(locale.shortDate, parts, locale, w);
     if (showDate && showTime) w.Put(' ');
     if (showTime) Expand(locale.longTime, parts, locale, w);
     return w.Finish();
 }
+
+int UserDateText(double value, OLECHAR* out) noexcept { return FormatDateText(value, UserLocale(), 0, out); }
 
 }  // namespace varion::detail
 

@@ -262,6 +262,12 @@ HRESULT ParseDateText(OleStringView text, const LocaleInfo& locale, ULONG flags,
     return S_OK;
 }
 
+HRESULT DateFromText(OleStringView text, LCID lcid, ULONG flags, double& value) noexcept {
+    const LocaleInfo* locale = LocaleFromLcid(lcid);
+    if (locale == nullptr) return E_INVALIDARG;
+    return ParseDateText(text, *locale, flags, value);
+}
+
 }  // namespace varion::detail
 
 extern "C" {
@@ -273,11 +279,7 @@ extern "C" {
 // E_INVALIDARG for a null argument, an unknown locale or both flags at once.
 HRESULT VarDateFromStr(LPCOLESTR strIn, LCID lcid, ULONG dwFlags, DATE* pdateOut) {
     if (strIn == nullptr || pdateOut == nullptr) return E_INVALIDARG;
-    const varion::detail::LocaleInfo* locale = varion::detail::LocaleFromLcid(lcid);
-    if (locale == nullptr) return E_INVALIDARG;
-    std::size_t length = 0;
-    while (strIn[length] != 0) ++length;
-    return varion::detail::ParseDateText(OleStringView(strIn, length), *locale, dwFlags, *pdateOut);
+    return varion::detail::DateFromText(OleStringView(strIn), lcid, dwFlags, *pdateOut);
 }
 
 }  // extern "C"

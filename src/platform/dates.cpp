@@ -2,43 +2,6 @@
 // date, with the calendar of platform/calendar.h.
 #include "platform/calendar.h"
 
-#include <cmath>
-
-namespace varion::detail {
-
-bool SplitAutomationDate(double value, DateParts& parts) noexcept {
-    // A generous bound first, so that the integer conversions below are defined.
-    if (!(value > static_cast<double>(kFirstDay) - 2.0 && value < static_cast<double>(kLastDay) + 2.0)) return false;
-    const double whole = std::trunc(value);
-    const double fraction = std::fabs(value - whole);  // exact
-    long long dayNumber = static_cast<long long>(whole);
-    long long seconds = static_cast<long long>(std::floor(fraction * 86400.0 + 0.5));
-    if (seconds >= kSecondsPerDay) {  // rounded up into the next calendar day
-        seconds -= kSecondsPerDay;
-        ++dayNumber;
-    }
-    if (dayNumber < kFirstDay || dayNumber > kLastDay) return false;
-    const CivilDate date = CivilFromDay(dayNumber);
-    parts.dayNumber = dayNumber;
-    parts.year = static_cast<int>(date.year);
-    parts.month = date.month;
-    parts.day = date.day;
-    parts.dayOfWeek = WeekdayOfDay(dayNumber);
-    parts.dayOfYear = static_cast<int>(dayNumber - DayFromCivil(date.year, 1, 1) + 1);
-    parts.hour = static_cast<int>(seconds / 3600);
-    parts.minute = static_cast<int>(seconds / 60 % 60);
-    parts.second = static_cast<int>(seconds % 60);
-    return true;
-}
-
-double AutomationDate(long long dayNumber, long long millisecondOfDay) noexcept {
-    const long long count = dayNumber >= 0 ? dayNumber * 86400000 + millisecondOfDay
-                                           : dayNumber * 86400000 - millisecondOfDay;
-    return static_cast<double>(count) / 86400000.0;
-}
-
-}  // namespace varion::detail
-
 using namespace varion::detail;
 
 namespace {
@@ -58,21 +21,24 @@ void FillSystemTime(const DateParts& parts, SYSTEMTIME& st) noexcept {
 
 extern "C" {
 
-// Year, month and day of month are checked (100..9999, 1..12, 1..31); a day
-// beyond the month's end and hours, minutes and seconds beyond their range
-// roll over into the following days, as on the platform (February 30 gives
-// March 2). Milliseconds are ignored. FALSE when the result leaves the range.
+// As on the platform: a year below 100 is a two-digit year (0 to 29 give
+// 2000 to 2029, 30 to 99 give 1930 to 1999); the year (to 9999), the month
+// (0 to 12) and the day (0 to 31) are checked; month 0 and day 0 roll back
+// (2026-01-00 is 2025-12-31, 2026-00-01 2025-12-01), a day beyond the
+// month's end and hours, minutes and seconds beyond their range roll over
+// into the following days (February 30 gives March 2, 9999-12-31 24:00 the
+// day after). Milliseconds are ignored.
 INT SystemTimeToVariantTime(LPSYSTEMTIME lpSystemTime, DOUBLE* pvtime) {
     if (lpSystemTime == nullptr || pvtime == nullptr) return FALSE;
     const SYSTEMTIME& st = *lpSystemTime;
-    if (st.wYear < kFirstYear || st.wYear > kLastYear || st.wMonth < 1 || st.wMonth > 12 || st.wDay < 1 ||
-        st.wDay > 31)
-        return FALSE;
-    long long dayNumber = DayFromCivil(st.wYear, st.wMonth, 1) + st.wDay - 1;
+    if (st.wYear > kLastYear || st.wMonth > 12 || st.wDay > 31) return FALSE;
+    long long year = st.wYear;
+    if (year < 100) year += year < 30 ? 2000 : 1900;
+    const long long dayNumber0 = st.wMonth == 0 ? DayFromCivil(year - 1, 12, 1) : DayFromCivil(year, st.wMonth, 1);
+    long long dayNumber = dayNumber0 + st.wDay - 1;
     long long seconds = st.wHour * 3600LL + st.wMinute * 60LL + st.wSecond;
     dayNumber += seconds / kSecondsPerDay;
     seconds %= kSecondsPerDay;
-    if (dayNumber < kFirstDay || dayNumber > kLastDay) return FALSE;
     *pvtime = AutomationDate(dayNumber, seconds * 1000);
     return TRUE;
 }
@@ -80,7 +46,7 @@ INT SystemTimeToVariantTime(LPSYSTEMTIME lpSystemTime, DOUBLE* pvtime) {
 // The time of day is rounded to the nearest second; wMilliseconds is 0.
 INT VariantTimeToSystemTime(DOUBLE vtime, LPSYSTEMTIME lpSystemTime) {
     DateParts parts;
-    if (lpSystemTime == nullptr || !SplitAutomationDate(vtime, parts)) return FALSE;
+    if (lpSystemTime == nullptr || !SplitAutomationDate(ServiceDate(vtime), parts)) return FALSE;
     FillSystemTime(parts, *lpSystemTime);
     return TRUE;
 }
@@ -88,7 +54,7 @@ INT VariantTimeToSystemTime(DOUBLE vtime, LPSYSTEMTIME lpSystemTime) {
 // As VariantTimeToSystemTime, with the day of year (1 to 366); flags are not used.
 HRESULT VarUdateFromDate(DATE dateIn, ULONG /*dwFlags*/, UDATE* pudateOut) {
     DateParts parts;
-    if (pudateOut == nullptr || !SplitAutomationDate(dateIn, parts)) return E_INVALIDARG;
+    if (pudateOut == nullptr || !SplitAutomationDate(ServiceDate(dateIn), parts)) return E_INVALIDARG;
     FillSystemTime(parts, pudateOut->st);
     pudateOut->wDayOfYear = static_cast<USHORT>(parts.dayOfYear);
     return S_OK;

@@ -18,6 +18,7 @@ std::size_t ArrayElementSize(VARTYPE vt) noexcept {
     case VT_I2: case VT_UI2: case VT_BOOL: return 2;
     case VT_I4: case VT_UI4: case VT_R4: case VT_ERROR: case VT_INT: case VT_UINT: return 4;
     case VT_I8: case VT_UI8: case VT_R8: case VT_CY: case VT_DATE: return 8;
+    case VT_DECIMAL: return 16;
     case VT_BSTR: return sizeof(BSTR);
     case VT_UNKNOWN: case VT_DISPATCH: return sizeof(IUnknown*);
     case VT_VARIANT: return sizeof(VARIANT);
@@ -167,8 +168,9 @@ HRESULT CopyElement(VARTYPE vt, ULONG elemSize, unsigned char* dst, const unsign
     return E_UNEXPECTED;
 }
 
-// Byte offset of the element at `indices` (least significant first), or
-// DISP_E_BADINDEX.
+// Byte offset of the element at `indices` (least significant first: the index
+// along rgsabound[0] first), or DISP_E_BADINDEX. rgsabound[0] varies fastest
+// in the element block.
 HRESULT ElementOffset(const SAFEARRAY* psa, const LONG* indices, std::size_t* offset) {
     std::size_t position = 0;
     for (int d = psa->cDims - 1; d >= 0; --d) {
@@ -242,9 +244,10 @@ HRESULT SafeArrayCopy(SAFEARRAY* psa, SAFEARRAY** ppsaOut) {
 }
 
 HRESULT SafeArrayRedim(SAFEARRAY* psa, SAFEARRAYBOUND* psaboundNew) {
-    if (psa == nullptr || psaboundNew == nullptr || (psa->fFeatures & FADF_FIXEDSIZE)) return E_INVALIDARG;
-    if (psa->cLocks > 0) return DISP_E_ARRAYISLOCKED;
-    // Bound A varies fastest: the block is `rows` runs of bound A's count.
+    if (psa == nullptr || psaboundNew == nullptr) return E_INVALIDARG;
+    if (psa->cLocks > 0 || (psa->fFeatures & FADF_FIXEDSIZE)) return DISP_E_ARRAYISLOCKED;
+    // rgsabound[0] varies fastest: the block is `rows` runs of its count, and
+    // every run keeps or drops elements at its end.
     const std::size_t oldCount = psa->rgsabound[0].cElements;
     const std::size_t newCount = psaboundNew->cElements;
     std::size_t rows = 1;

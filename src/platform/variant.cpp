@@ -27,6 +27,7 @@ HRESULT ValidateType(VARTYPE vt) {
 std::size_t ReferencedSize(VARTYPE base) {
     switch (base) {
     case VT_BSTR: case VT_UNKNOWN: case VT_DISPATCH: case VT_VARIANT: return 0;
+    case VT_DECIMAL: return 0;  // a DECIMAL fills the whole VARIANT, not its value field
     default: return varion::detail::ArrayElementSize(base);
     }
 }

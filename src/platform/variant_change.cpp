@@ -25,6 +25,7 @@ int NumberText(const VARIANT& v, OLECHAR separator, OLECHAR* out, int capacity) 
     std::to_chars_result r{text, std::errc()};
     char* const end = text + sizeof(text);
     switch (v.vt) {
+    case VT_BOOL: r = std::to_chars(text, end, ValueOf<VARIANT_BOOL>(v) != 0 ? -1 : 0); break;  // "-1" or "0"
     case VT_I1: r = std::to_chars(text, end, ValueOf<signed char>(v)); break;
     case VT_UI1: r = std::to_chars(text, end, ValueOf<unsigned char>(v)); break;
     case VT_I2: r = std::to_chars(text, end, ValueOf<std::int16_t>(v)); break;

@@ -154,7 +154,7 @@ bool StoreRecord(CVarion& value, VARTYPE type, const unsigned char* payload, uns
     if (row->payload == Payload::Text) {
         // The string written before the terminator comes back as it was.
         if (size % 2 == 0 && size >= 2 && payload[size - 1] == 0 && payload[size - 2] == 0) size -= 2;
-        if (size > UINT_MAX) return false;
+        if (size > 0x7FFFFFF0u) return false;  // more than the 32-bit platform allocates (some do not check)
         // Code units are assembled from their little-endian bytes.
         BSTR s = SysAllocStringByteLen(nullptr, static_cast<UINT>(size));
         if (s == nullptr) return false;

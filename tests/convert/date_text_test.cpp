@@ -19,15 +19,17 @@ constexpr double kNoon17March2023 = 45002.5;
 struct WriteCase {
     VARTYPE type;
     double days;
-    const char* text;
+    std::string text;
 };
 
 TEST(DateText, EachTypeWritesItsOwnForm) {
-    ScopedEnv all("LC_ALL", "de_DE.UTF-8");  // the user's locale for date texts
+    varion::test::ScopedUserLocale user("de_DE.UTF-8");  // the user's locale for date texts
+    VARION_REQUIRE_USER_LOCALE(user);
+    const std::string noon = varion::test::LocaleText("17.03.2023 12:00:00", kNoon17March2023);
     const WriteCase cases[] = {
-        {VT_DATE, kNoon17March2023, "17.03.2023 12:00:00"},
-        {VTX_DATETIME, kNoon17March2023, "17.03.2023 12:00:00"},
-        {VTX_DATETIME_ALT, kNoon17March2023 + 250 * kMs, "17.03.2023 12:00:00,250"},
+        {VT_DATE, kNoon17March2023, noon},
+        {VTX_DATETIME, kNoon17March2023, noon},
+        {VTX_DATETIME_ALT, kNoon17March2023 + 250 * kMs, noon + ",250"},
         {VTX_ISO_DATETIME, kNoon17March2023 + 250 * kMs, "2023-03-17T12:00:00.25"},
         {VTX_DURATION, 1.5, "1 12:00:00"},
         {VTX_DURATION_MSF, 0.5, "12:00:00"},
@@ -50,7 +52,8 @@ struct ReadCase {
 };
 
 TEST(DateText, EachTypeReadsWithItsOwnParser) {
-    ScopedEnv all("LC_ALL", "de_DE.UTF-8");
+    varion::test::ScopedUserLocale user("de_DE.UTF-8");
+    VARION_REQUIRE_USER_LOCALE(user);
     double isoDay = 0;
     ASSERT_EQ(varion::detail::DateFromFields(2026, 11, 17, 20, 18, 38, 250, isoDay), 0);
     const ReadCase cases[] = {
@@ -89,8 +92,9 @@ TEST(DateText, WrittenTextsReadBackToTheMillisecond) {
                              VTX_DURATION, VTX_DURATION_MSF, VTX_ISO_DURATION};
     const double days[] = {2.0, kNoon17March2023, kNoon17March2023 + 999 * kMs, 0.75 + 1 * kMs,
                            36526.0 + 7 * kMs, 2958465.0 + 0.5};
-    for (const char* locale : {"C", "de_DE.UTF-8", "en_US.UTF-8"}) {
-        ScopedEnv all("LC_ALL", locale);
+    for (const char* locale : varion::test::ChoosableUserLocales()) {
+        varion::test::ScopedUserLocale user(locale);
+        if (locale == nullptr) locale = "the system's locale";
         for (const VARTYPE type : types) {
             for (const double d : days) {
                 CVarion v = Raw(type, d);

@@ -67,7 +67,7 @@ TEST(TextHelpers, CheckDecimalPointUsesTheUserSeparator) {
     // The user's separator comes from the Automation text of 1.5 in the user
     // locale; the C library's from its numeric locale.
     const struct {
-        const char* user;     // LANG
+        const char* user;     // the user's locale
         const char* runtime;  // LC_NUMERIC of the C library
         const char* in;
         const char* out;
@@ -79,16 +79,19 @@ TEST(TextHelpers, CheckDecimalPointUsesTheUserSeparator) {
         {"en_US.UTF-8", "C", "1.5", "1.5"},
         {"de_DE.UTF-8", "C", "15", "15"},
     };
+    int skipped = 0;
     for (const auto& c : cases) {
-        ScopedEnv all("LC_ALL", nullptr);
-        ScopedEnv numeric("LC_NUMERIC", nullptr);
-        ScopedEnv time("LC_TIME", nullptr);
-        ScopedEnv lang("LANG", c.user);
+        varion::test::ScopedUserLocale user(c.user);
+        if (!user.Active()) {
+            ++skipped;
+            continue;
+        }
         ScopedCLocale runtime(c.runtime);
         CString text(c.in);
         CVarion::CheckDecimalPoint(text);
         EXPECT_EQ(Utf8(text), c.out) << c.user << " / " << c.runtime << " / " << c.in;
     }
+    if (skipped > 0) GTEST_SKIP() << skipped << " rows need a user locale the system does not have";
 }
 
 TEST(TextHelpers, TrimRemovesLeadingBlanksOnly) {

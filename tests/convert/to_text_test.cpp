@@ -125,7 +125,7 @@ TEST(ValueToText, TheNewStringIsTheOnlyAllocation) {
         CVarion v(source);
         const long before = AllocationCount();
         ASSERT_EQ(v.SetType(VT_BSTR), RC_OK);
-        EXPECT_EQ(AllocationCount() - before, 1) << StringOf(v);
+        EXPECT_EQ(AllocationCount() - before, varion::test::kNewPerString) << StringOf(v);
     }
 }
 

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <vector>
 
 using varion::detail::Access;
@@ -53,7 +54,7 @@ TEST(ArrayConstructor, ShapesAndFixedness) {
 
 TEST(ArrayConstructor, RefusedElementTypesAndCountsGiveEmpty) {
     for (VARTYPE t : std::initializer_list<VARTYPE>{VT_EMPTY, VT_NULL, VTX_DURATION, VTX_DATETIME, VTX_ISO_DATETIME,
-                                                    VT_DECIMAL, VT_RECORD, 0x2003, 0x7FFF})
+                                                    VT_RECORD, 0x2003, 0x7FFF})
         EXPECT_EQ(CVarion(t, 3, 0).GetType(), VT_EMPTY) << t;
     EXPECT_EQ(CVarion(VT_I4, -2, 0).GetType(), VT_EMPTY);
     EXPECT_EQ(CVarion(VT_I4, 0x7FFFFFFF, 0x7FFFFFFF).GetType(), VT_EMPTY);  // too large to allocate
@@ -89,8 +90,9 @@ TEST(ArrayAccess, FixedArraysIgnoreOutOfRange) {
     EXPECT_EQ(got, 42);
     EXPECT_EQ(v.GetElementCount(), 5u);
     EXPECT_EQ(Read<std::int32_t>(v), (std::vector<std::int32_t>{0, 0, 0, 0, 0}));
-    v.GetElementValue(&got, 1L << 40);  // beyond any 32-bit index
-    v.SetElementValue(&x, 1L << 40);
+    const long beyond = std::numeric_limits<long>::max();  // beyond any 32-bit index where long has 64 bits
+    v.GetElementValue(&got, beyond);
+    v.SetElementValue(&x, beyond);
     EXPECT_EQ(got, 42);
 }
 
@@ -102,7 +104,9 @@ TEST(ArrayAccess, TwoDimensionalElements) {
             v.SetElementValue(&x, i, j);
         }
     const auto* block = static_cast<const std::int16_t*>(Access::Var(v).parray->pvData);
-    EXPECT_EQ(block[4], 11);  // (1, 1) lies at 1 + 1 x 3
+    // (1, 1) lies at 1 + 1 x 3 where bound A varies fastest (the stand-ins),
+    // at 1 + 1 x 2 where bound B does (the Windows services).
+    EXPECT_EQ(block[varion::test::kStandInServices ? 4 : 3], 11);
     std::int16_t got = -1;
     v.GetElementValue(&got, 2, 1);
     EXPECT_EQ(got, 12);

@@ -140,7 +140,7 @@ TEST(VariantExchange, RefusedCodesLeaveEmpty) {
 TEST(VariantExchange, ByReferenceIsRefusedBothWays) {
     CVarion value("kept");
     const auto before = Bytes(value);
-    std::int32_t referenced = 5;
+    LONG referenced = 5;
     VARIANT byRef = Make(VT_I4 | VT_BYREF, 0);
     byRef.plVal = &referenced;
     EXPECT_EQ(value.SetData(byRef), RC_NOT_APPLICABLE);

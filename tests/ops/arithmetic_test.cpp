@@ -390,7 +390,7 @@ TEST(Bitwise, ShiftsAndMasksAt32Bits) {
         {CVarion(1LL).BIT_OR(2), VT_I4, 3},
         {CVarion(6).BIT_XOR(CVarion(3)), VT_I4, 5},
         {CVarion(6).BIT_AND(CVarion(OLESTR("x"))), VT_I4, 0},
-        {CVarion(1).L_SHIFT(1L << 32), VT_I4, 1},  // only the low 32 bits of the count
+        {CVarion(1).L_SHIFT(static_cast<long>(1LL << 32)), VT_I4, 1},  // only the low 32 bits of the count
     };
     for (const Case& c : cases) {
         EXPECT_EQ(c.result.GetType(), c.type) << c.value;

@@ -145,11 +145,11 @@ TEST(Compare, Arrays) {
 
 TEST(Compare, NamedComparisonsReadDoubles) {
     const CVarion five(5);
-    const CVarion near(5.0000049);
-    EXPECT_EQ(CVarion::Equal(five, near), 0);
-    EXPECT_EQ(five.Equal(near), 0);
-    EXPECT_EQ(five.LittleThen(near), 1);
-    EXPECT_EQ(CVarion::GreaterEqual(near, five), 1);
+    const CVarion nearly(5.0000049);
+    EXPECT_EQ(CVarion::Equal(five, nearly), 0);
+    EXPECT_EQ(five.Equal(nearly), 0);
+    EXPECT_EQ(five.LittleThen(nearly), 1);
+    EXPECT_EQ(CVarion::GreaterEqual(nearly, five), 1);
     EXPECT_EQ(CVarion::Equal(WithType(VT_DATE, 45002.5), CVarion(45000.5)), 1);
     EXPECT_EQ(CVarion::Equal(CVarion(OLESTR("1.0")), CVarion(OLESTR("1"))), 0);  // static: ordinal
     EXPECT_EQ(CVarion::NotEqual(CVarion(OLESTR("1.0")), CVarion(OLESTR("1"))), 1);

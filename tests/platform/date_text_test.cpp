@@ -2,13 +2,18 @@
 // environment, the parser's accepted and rejected texts, and round trips.
 #include <varion/platform/automation.h>
 
-#include "platform/locales.h"
 #include "support/test_support.h"
+
+#if !defined(_WIN32)
+#include "platform/locales.h"
+#endif
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
 
+using varion::test::LocaleText;
 using varion::test::ScopedEnv;
 using varion::test::Utf8;
 
@@ -57,10 +62,14 @@ TEST(DateText, EachLocaleRendersItsPlatformPatterns) {
         {0x0C0A, "17/11/2026 20:18:38", "05/03/2026 8:05:03"},
         {0x0413, "17-11-2026 20:18:38", "5-3-2026 08:05:03"},
     };
-    ASSERT_EQ(std::size(rows), varion::detail::AllLocales().size());
+#if !defined(_WIN32)
+    ASSERT_EQ(std::size(rows), varion::detail::AllLocales().size());  // every row of the stand-ins' table
+#endif
     for (const Row& r : rows) {
-        EXPECT_EQ(Render(DateOf(2026, 11, 17, 20, 18, 38), r.lcid), r.evening) << std::hex << r.lcid;
-        EXPECT_EQ(Render(DateOf(2026, 3, 5, 8, 5, 3), r.lcid), r.morning) << std::hex << r.lcid;
+        const double evening = DateOf(2026, 11, 17, 20, 18, 38);
+        const double morning = DateOf(2026, 3, 5, 8, 5, 3);
+        EXPECT_EQ(Render(evening, r.lcid), LocaleText(r.evening, evening, r.lcid)) << std::hex << r.lcid;
+        EXPECT_EQ(Render(morning, r.lcid), LocaleText(r.morning, morning, r.lcid)) << std::hex << r.lcid;
     }
 }
 
@@ -72,27 +81,32 @@ TEST(DateText, DayZeroMidnightAndTheValueOnlyFlags) {
         const char* text;
     };
     const double evening = DateOf(2026, 11, 17, 20, 18, 38);
+    const double midnight = DateOf(2026, 11, 17);
     const Row rows[] = {
         {0.0, 0x0409, 0, "12:00:00 AM"},  // day zero: the time alone, even at midnight
         {0.5, 0x0409, 0, "12:00:00 PM"},
         {-0.75, 0x0407, 0, "18:00:00"},
-        {DateOf(2026, 11, 17), 0x0407, 0, "17.11.2026"},  // midnight: the date alone
-        {DateOf(100, 1, 1), 0x0407, 0, "01.01.0100"},
         {-1.25, 0x0407, 0, "29.12.1899 06:00:00"},
         {evening, 0x0407, VAR_TIMEVALUEONLY, "20:18:38"},
         {evening, 0x0407, VAR_DATEVALUEONLY, "17.11.2026"},
-        {0.5, 0x0407, VAR_DATEVALUEONLY, "30.12.1899"},
-        {DateOf(2026, 11, 17), 0x0407, VAR_TIMEVALUEONLY, "00:00:00"},
+        {0.5, 0x0407, VAR_DATEVALUEONLY, ""},  // day zero has no date
+        {midnight, 0x0407, VAR_TIMEVALUEONLY, ""},  // nor midnight a time
+        {evening, 0x0407, VAR_TIMEVALUEONLY | VAR_DATEVALUEONLY, ""},
         {evening + 0.6 / 86400, 0x0407, 0, "17.11.2026 20:18:39"},  // whole seconds, rounded
         {evening, 0x0407, LOCALE_NOUSEROVERRIDE, "17.11.2026 20:18:38"},
-        {evening, 0x0407, VAR_TIMEVALUEONLY | VAR_DATEVALUEONLY, "<error>"},
+        {std::numeric_limits<double>::quiet_NaN(), 0x0407, 0, "30.12.1899 00:00:00"},  // NaN passes as day zero
         {2958466.0, 0x0407, 0, "<error>"},
-        {evening, 0x0419, 0, "<error>"},  // no table row
     };
     for (const Row& r : rows) EXPECT_EQ(Render(r.value, r.lcid, r.flags), r.text) << r.value << " " << r.flags;
-    EXPECT_EQ(VarBstrFromDate(0.0, 0x0407, 0, nullptr), E_INVALIDARG);
+    EXPECT_EQ(Render(midnight, 0x0407), LocaleText("17.11.2026", midnight, 0x0407, 1));  // midnight: the date alone
+    // Locale data the system has and the stand-ins' table does not: years
+    // before 1000 (Wine writes "1.1.100"), locales beyond the table.
+    VARION_STANDIN_ONLY(EXPECT_EQ(Render(DateOf(100, 1, 1), 0x0407), "01.01.0100"));
+    VARION_STANDIN_ONLY(EXPECT_EQ(Render(evening, 0x0419), "<error>"));
+    VARION_STANDIN_ONLY(EXPECT_EQ(VarBstrFromDate(0.0, 0x0407, 0, nullptr), E_INVALIDARG));
 }
 
+#if !defined(_WIN32)  // Windows takes the user's locale from the system
 TEST(DateText, UserDefaultFollowsTheEnvironment) {
     struct Row {
         const char* variable;
@@ -132,11 +146,17 @@ TEST(DateText, UserDefaultFollowsTheEnvironment) {
         EXPECT_EQ(Render(evening, LOCALE_USER_DEFAULT), "17/11/2026 20:18:38");
     }
 }
+#endif
+
+// Rows marked as the stand-ins' describe where their parser is stricter or
+// more lenient than the system's (as Wine provides it).
+constexpr bool kStandIns = true;
 
 struct Accepted {
     const char* text;
     LCID lcid;
     WORD year, month, day, hour, minute, second;
+    bool standInsOnly = false;
 };
 
 TEST(DateText, ParserAcceptsTheseForms) {
@@ -145,29 +165,29 @@ TEST(DateText, ParserAcceptsTheseForms) {
         {"17.11.2026 20:18:38", 0x0407, 2026, 11, 17, 20, 18, 38},
         {"17.11.2026 20:18", 0x0407, 2026, 11, 17, 20, 18, 0},
         {"  17.11.2026\t20:18:38  ", 0x0407, 2026, 11, 17, 20, 18, 38},
-        {"17.11.2026 20:18:38", 0x0409, 2026, 11, 17, 20, 18, 38},  // dots are day first everywhere
+        {"17.11.2026 20:18:38", 0x0409, 2026, 11, 17, 20, 18, 38, kStandIns},  // dots are day first everywhere
         {"2026-11-17", 0x0409, 2026, 11, 17, 0, 0, 0},
         {"2026-11-17 20:18:38", 0x0407, 2026, 11, 17, 20, 18, 38},
-        {"2026-11-17T20:18:38", 0x0413, 2026, 11, 17, 20, 18, 38},
+        {"2026-11-17T20:18:38", 0x0413, 2026, 11, 17, 20, 18, 38, kStandIns},
         {"2026/11/17", 0x0809, 2026, 11, 17, 0, 0, 0},
         {"11/17/2026 8:18:38 PM", 0x0409, 2026, 11, 17, 20, 18, 38},
         {"11/17/2026 8:18:38pm", 0x0409, 2026, 11, 17, 20, 18, 38},
-        {"11/17/2026 PM 8:18", 0x0409, 2026, 11, 17, 20, 18, 0},
+        {"11/17/2026 PM 8:18", 0x0409, 2026, 11, 17, 20, 18, 0, kStandIns},
         {"11-17-2026", 0x0409, 2026, 11, 17, 0, 0, 0},
         {"17/11/2026 20:18:38", 0x0809, 2026, 11, 17, 20, 18, 38},
         {"17-11-2026 20:18:38", 0x0413, 2026, 11, 17, 20, 18, 38},
         {"5-3-2026", 0x0413, 2026, 3, 5, 0, 0, 0},
         {"12:00:00 AM", 0x0409, 1899, 12, 30, 0, 0, 0},
         {"12:30 PM", 0x0409, 1899, 12, 30, 12, 30, 0},
-        {"8:05:03 a. m.", 0x0C0A, 1899, 12, 30, 8, 5, 3},
-        {"8:05:03 p. m.", 0x0C0A, 1899, 12, 30, 20, 5, 3},
+        {"8:05:03 a. m.", 0x0C0A, 1899, 12, 30, 8, 5, 3, kStandIns},
+        {"8:05:03 p. m.", 0x0C0A, 1899, 12, 30, 20, 5, 3, kStandIns},
         {"20:18:38", 0x0407, 1899, 12, 30, 20, 18, 38},
         {"0:00", 0x0407, 1899, 12, 30, 0, 0, 0},
         {"17 November 2026", 0x0409, 2026, 11, 17, 0, 0, 0},
         {"November 17, 2026 8:00 PM", 0x0409, 2026, 11, 17, 20, 0, 0},
         {"Tuesday, November 17, 2026", 0x0409, 2026, 11, 17, 0, 0, 0},
         {"Dienstag, 17. November 2026", 0x0407, 2026, 11, 17, 0, 0, 0},
-        {"1. MÄRZ 2026", 0x0407, 2026, 3, 1, 0, 0, 0},
+        {"1. MÄRZ 2026", 0x0407, 2026, 3, 1, 0, 0, 0, kStandIns},
         {"1. Jänner 2026", 0x0C07, 2026, 1, 1, 0, 0, 0},
         {"17-nov-2026", 0x0413, 2026, 11, 17, 0, 0, 0},
         {"17 févr. 2026", 0x040C, 2026, 2, 17, 0, 0, 0},
@@ -178,10 +198,12 @@ TEST(DateText, ParserAcceptsTheseForms) {
         {"29.12.1899 06:00:00", 0x0407, 1899, 12, 29, 6, 0, 0},
     };
     for (const Accepted& r : rows) {
+        if (r.standInsOnly && !varion::test::kStandInServices) continue;
         DATE value = -1;
-        ASSERT_EQ(VarDateFromStr(CString(r.text), r.lcid, 0, &value), S_OK) << r.text;
+        const HRESULT hr = VarDateFromStr(CString(r.text), r.lcid, 0, &value);
+        EXPECT_EQ(hr, S_OK) << r.text;
         SYSTEMTIME st{};
-        ASSERT_TRUE(VariantTimeToSystemTime(value, &st)) << r.text;
+        if (FAILED(hr) || !VariantTimeToSystemTime(value, &st)) continue;
         EXPECT_EQ(st.wYear, r.year) << r.text;
         EXPECT_EQ(st.wMonth, r.month) << r.text;
         EXPECT_EQ(st.wDay, r.day) << r.text;
@@ -196,27 +218,29 @@ TEST(DateText, ParserRejectsWhatItCannotJustify) {
     struct Row {
         const char* text;
         LCID lcid;
+        bool standInsOnly = false;
     };
     const Row rows[] = {
         {"31.02.2026", 0x0407},  {"29.02.2100", 0x0407}, {"25:00", 0x0407},          {"12:60", 0x0407},
         {"12:00:60", 0x0407},    {"abc", 0x0407},        {"", 0x0407},               {"   ", 0x0407},
-        {"17.11.", 0x0407},      {"17.11", 0x0407},      {"17.11.26", 0x0407},       {"17.11.20261", 0x0407},
-        {"11/17/2026", 0x0407},  {"17/11/2026", 0x0409}, {"2026-13-01", 0x0407},     {"2026-11-17-", 0x0407},
-        {"17.11-2026", 0x0407},  {"17.11.2026 x", 0x0407}, {"17.11.2026 20", 0x0407}, {"17.11.202620:18", 0x0407},
-        {"0:30 AM", 0x0409},     {"13:00 PM", 0x0409},   {"AM 8:00 PM", 0x0409},     {"20:18:38.5", 0x0407},
-        {"Monday, 17.11.2026", 0x0407}, {"Dienstag 20:18", 0x0407}, {"17 Novembre 2026", 0x0409},
-        {"17 Nov", 0x0409},      {"Novemberr 17, 2026", 0x0409}, {"31.12.9999 24:00", 0x0407},
-        {"31.12.99999", 0x0407}, {"01.01.0099", 0x0407}, {"5", 0x0407},              {"2026-11-17T", 0x0407},
+        {"17.11.", 0x0407},      {"17.11", 0x0407, kStandIns},      {"17.11.26", 0x0407, kStandIns},       {"17.11.20261", 0x0407},
+        {"11/17/2026", 0x0407, kStandIns},  {"17/11/2026", 0x0409, kStandIns}, {"2026-13-01", 0x0407, kStandIns},     {"2026-11-17-", 0x0407},
+        {"17.11-2026", 0x0407, kStandIns},  {"17.11.2026 x", 0x0407}, {"17.11.2026 20", 0x0407}, {"17.11.202620:18", 0x0407},
+        {"0:30 AM", 0x0409, kStandIns},     {"13:00 PM", 0x0409, kStandIns},   {"AM 8:00 PM", 0x0409},     {"20:18:38.5", 0x0407},
+        {"Monday, 17.11.2026", 0x0407}, {"Dienstag 20:18", 0x0407, kStandIns}, {"17 Novembre 2026", 0x0409},
+        {"17 Nov", 0x0409, kStandIns},      {"Novemberr 17, 2026", 0x0409}, {"31.12.9999 24:00", 0x0407},
+        {"31.12.99999", 0x0407}, {"01.01.0099", 0x0407, kStandIns}, {"5", 0x0407},              {"2026-11-17T", 0x0407},
         {"17.11.2026T20:18", 0x0407},
     };
     for (const Row& r : rows) {
+        if (r.standInsOnly && !varion::test::kStandInServices) continue;
         DATE value = -1;
         EXPECT_EQ(VarDateFromStr(CString(r.text), r.lcid, 0, &value), DISP_E_TYPEMISMATCH) << r.text;
     }
     DATE value = 0;
-    EXPECT_EQ(VarDateFromStr(nullptr, 0x0407, 0, &value), E_INVALIDARG);
-    EXPECT_EQ(VarDateFromStr(OLESTR("17.11.2026"), 0x0407, 0, nullptr), E_INVALIDARG);
-    EXPECT_EQ(VarDateFromStr(OLESTR("17.11.2026"), 0x0419, 0, &value), E_INVALIDARG);
+    VARION_STANDIN_ONLY(EXPECT_EQ(VarDateFromStr(nullptr, 0x0407, 0, &value), E_INVALIDARG));
+    VARION_STANDIN_ONLY(EXPECT_EQ(VarDateFromStr(OLESTR("17.11.2026"), 0x0407, 0, nullptr), E_INVALIDARG));
+    VARION_STANDIN_ONLY(EXPECT_EQ(VarDateFromStr(OLESTR("17.11.2026"), 0x0419, 0, &value), E_INVALIDARG));  // no table row
     EXPECT_EQ(VarDateFromStr(OLESTR("17.11.2026"), 0x0407, VAR_TIMEVALUEONLY | VAR_DATEVALUEONLY, &value),
               E_INVALIDARG);
 }
@@ -253,16 +277,21 @@ TEST(DateText, EveryRenderedTextParsesBackInItsLocale) {
         DateOf(1899, 12, 29, 6, 0, 0),    DateOf(1582, 10, 15, 13, 1, 2), DateOf(1899, 12, 31),
         0.0,                              0.5, 0.75, DateOf(1899, 12, 30, 23, 59, 59),
     };
-    for (const varion::detail::LocaleInfo& locale : varion::detail::AllLocales()) {
+    for (const varion::test::TestLocale& locale : varion::test::kTestLocales) {
         for (double instant : instants) {
             for (ULONG flags : {ULONG(0), VAR_DATEVALUEONLY, VAR_TIMEVALUEONLY}) {
                 BSTR text = nullptr;
                 ASSERT_EQ(VarBstrFromDate(instant, locale.lcid, flags, &text), S_OK);
+                const std::string shown = Utf8(text);
+                if (shown.empty()) {  // the flag left out the only part there was
+                    SysFreeString(text);
+                    continue;
+                }
                 DATE back = -1;
                 const HRESULT hr = VarDateFromStr(text, locale.lcid, 0, &back);
-                const std::string shown = Utf8(text);
                 SysFreeString(text);
-                ASSERT_EQ(hr, S_OK) << shown << " in " << locale.name;
+                EXPECT_EQ(hr, S_OK) << shown << " in " << locale.name;
+                if (FAILED(hr)) continue;
                 double expected = instant;
                 SYSTEMTIME st{};
                 VariantTimeToSystemTime(instant, &st);

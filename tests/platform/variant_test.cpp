@@ -24,7 +24,7 @@ TEST(Variant, ClearReleasesWhatItOwns) {
     unknown.AddRef();
     EXPECT_EQ(VariantClear(&v), S_OK);
     EXPECT_EQ(unknown.refs, 1u);
-    EXPECT_EQ(VariantClear(nullptr), E_INVALIDARG);
+    VARION_STANDIN_ONLY(EXPECT_EQ(VariantClear(nullptr), E_INVALIDARG));
 }
 
 TEST(Variant, ClearRefusesCodesAVariantCannotHold) {
@@ -94,7 +94,7 @@ TEST(Variant, CopyIndResolvesReferences) {
     EXPECT_EQ(VariantCopyInd(&dst, &nested), E_INVALIDARG);
     ref.vt = VT_BYREF | VT_I4;
     ref.plVal = nullptr;
-    EXPECT_EQ(VariantCopyInd(&dst, &ref), E_INVALIDARG);
+    VARION_STANDIN_ONLY(EXPECT_EQ(VariantCopyInd(&dst, &ref), E_INVALIDARG));
 
     // In place: the reference is replaced by the value.
     ref.plVal = &target;

@@ -176,6 +176,7 @@ TEST(UnitTable, EveryRowHasItsTexts) {
     }
 }
 
+#if !defined(_WIN32)  // the generator runs on the build machine, through its shell and Python
 TEST(UnitTable, GeneratedHeaderIsUpToDate) {
     const auto root = std::filesystem::path(__FILE__).parent_path().parent_path().parent_path();
     const auto script = root / "src" / "units" / "gen_unit_table.py";
@@ -183,6 +184,7 @@ TEST(UnitTable, GeneratedHeaderIsUpToDate) {
     std::string output;
     EXPECT_EQ(varion::test::RunCommand("python3 '" + script.string() + "' --check", output, true), 0) << output;
 }
+#endif
 
 TEST(UnitInfo, PublicLookup) {
     EXPECT_EQ(VarionUnitCount(), 991);

@@ -84,7 +84,9 @@ TEST(Catalogue, DeviceDescriptionTypesNeverNameAnExtendedDateTime) {
 }
 
 TEST(Catalogue, LayoutIsAVariant) {
-    static_assert(sizeof(CVarion) == 16);
+    static_assert(sizeof(CVarion) == sizeof(VARIANT));
+    static_assert(sizeof(CVarion) == 16 || (sizeof(void*) == 8 && sizeof(CVarion) == 24),
+                  "16 bytes, or 24 where 64-bit Windows has its larger VARIANT");
     CVarion v(3.5f);
     const auto b = varion::test::Bytes(v);
     EXPECT_EQ(b[0], VT_R4);

@@ -7,9 +7,11 @@
 //   - VARIANT: 16 bytes; type code, three reserved words, an 8-byte value.
 //     VariantClear releases a held string or array and leaves VT_EMPTY.
 //   - SAFEARRAY: a descriptor with its element block. Bounds are kept least
-//     significant dimension first in rgsabound (rgsabound[0] varies fastest);
-//     SafeArrayCreate takes its bound list most significant first; element
-//     index vectors are least significant first.
+//     significant dimension first in rgsabound; SafeArrayCreate takes its
+//     bound list most significant (leftmost) first, and element index
+//     vectors name the dimensions in that same order. The leftmost index
+//     varies fastest in the element block; rgsabound[0], the only dimension
+//     SafeArrayRedim changes, varies slowest.
 #pragma once
 
 #include <varion/export.h>
@@ -20,6 +22,45 @@
 #  endif
 #  include <windows.h>
 #  include <oleauto.h>
+
+#include <cstddef>
+
+// mingw-w64 declares these services with non-const sources where the Windows
+// SDK takes const ones; these overloads accept what the SDK accepts. They are
+// templates so that a call the system's declaration takes as it stands
+// (a non-const pointer, a null pointer) still goes to it.
+#if defined(__MINGW32__)
+template <class = void>
+inline HRESULT VariantCopy(VARIANTARG* pvargDest, const VARIANTARG* pvargSrc) {
+    return VariantCopy(pvargDest, const_cast<VARIANTARG*>(pvargSrc));
+}
+template <class = void>
+inline HRESULT VariantCopyInd(VARIANT* pvarDest, const VARIANTARG* pvargSrc) {
+    return VariantCopyInd(pvarDest, const_cast<VARIANTARG*>(pvargSrc));
+}
+template <class = void>
+inline HRESULT VariantChangeType(VARIANTARG* pvargDest, const VARIANTARG* pvarSrc, USHORT wFlags, VARTYPE vt) {
+    return VariantChangeType(pvargDest, const_cast<VARIANTARG*>(pvarSrc), wFlags, vt);
+}
+template <class = void>
+inline HRESULT VarDateFromStr(const OLECHAR* strIn, LCID lcid, ULONG dwFlags, DATE* pdateOut) {
+    return VarDateFromStr(const_cast<OLECHAR*>(strIn), lcid, dwFlags, pdateOut);
+}
+#endif
+
+// The Automation layout: a 16-byte VARIANT on 32-bit Windows (type code,
+// three reserved words, the 8-byte value field), 24 bytes on 64-bit Windows,
+// where a record's two pointers follow the type code.
+static_assert(sizeof(VARIANT) == (sizeof(void*) == 4 ? 16 : 24), "VARIANT has the Automation size");
+static_assert(offsetof(VARIANT, vt) == 0, "the type code starts at byte 0");
+static_assert(offsetof(VARIANT, wReserved1) == 2 && offsetof(VARIANT, wReserved2) == 4 &&
+                  offsetof(VARIANT, wReserved3) == 6,
+              "three reserved words follow the type code");
+static_assert(offsetof(VARIANT, llVal) == 8 && offsetof(VARIANT, dblVal) == 8 && offsetof(VARIANT, bstrVal) == 8 &&
+                  offsetof(VARIANT, parray) == 8,
+              "the value field starts at byte 8");
+static_assert(sizeof(OLECHAR) == 2, "OLECHAR is one UTF-16 code unit");
+
 #else
 
 #include <cstddef>
