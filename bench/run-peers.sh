@@ -4,7 +4,7 @@
 # of varion's core paths under callgrind, and writes docs/performance.md.
 #
 #   bench/run-peers.sh                 build, run, write the document
-#   REPETITIONS=15 bench/run-peers.sh  more repetitions per benchmark
+#   REPETITIONS=25 bench/run-peers.sh  more repetitions per benchmark (15 by default)
 #   BUILD_DIR=/tmp/b bench/run-peers.sh
 #
 # Installs the peers' Debian packages (libpoco-dev, qt6-base-dev) and
@@ -15,8 +15,8 @@ set -euo pipefail
 
 SOURCE_DIR=$(cd "$(dirname "$0")/.." && pwd)
 BUILD_DIR=${BUILD_DIR:-$SOURCE_DIR/build-peers}
-REPETITIONS=${REPETITIONS:-9}
-MIN_TIME=${MIN_TIME:-0.05}
+REPETITIONS=${REPETITIONS:-15}
+MIN_TIME=${MIN_TIME:-0.1}
 JOBS=${JOBS:-2}
 RESULTS=$BUILD_DIR/peer-results
 FAMILIES="numeric copy ops text format units dates"
