@@ -1,91 +1,117 @@
-// Date and duration texts: rendering and parsing, which should allocate at
-// most their result.
+// Dates: the user locale's date-time text (FormatDateTime, de-DE) beside
+// strftime, the ISO 8601 date-time parse, and for varion alone the other date
+// and duration texts, which should allocate at most their result.
+#include "contenders.h"
+
 #include "datetime/datetime.h"
 
-#include <benchmark/benchmark.h>
-
+#include <charconv>
 #include <cstdlib>
+#include <ctime>
+#include <string>
 
 using namespace varion::detail;
 
 namespace {
 
-void SetUserLocale(const char* name) { setenv("LC_ALL", name, 1); }
+using bench::Add;
 
-void BM_FormatDateTime(benchmark::State& state) {
-    SetUserLocale(state.range(0) == 0 ? "de_DE.UTF-8" : "en_US.UTF-8");
+double InstantValue() {
+    const bench::Instant& t = bench::kInstant;
     double value = 0;
-    DateFromFields(2026, 11, 17, 20, 18, 38, 250, value);
+    DateFromFields(t.year, t.month, t.day, t.hour, t.minute, t.second, t.millisecond, value);
+    return value;
+}
+
+void FormatLocaleText(benchmark::State& state) {
+    setenv("LC_ALL", bench::kUserLocale, 1);
+    const double value = InstantValue();
     for (auto _ : state) {
         CString text = FormatDateTime(value);
-        benchmark::DoNotOptimize(text);
+        bench::Keep(text);
     }
-    state.SetLabel(state.range(0) == 0 ? "de-DE" : "en-US");
+    state.SetLabel(FormatDateTime(value).ToUtf8());
 }
-BENCHMARK(BM_FormatDateTime)->Arg(0)->Arg(1);
 
-void BM_VarDateFromStr(benchmark::State& state) {
-    static const OLECHAR* const kTexts[] = {OLESTR("17.11.2026 20:18:38"), OLESTR("11/17/2026 8:18:38 PM"),
-                                            OLESTR("2026-11-17T20:18:38"), OLESTR("Tuesday, November 17, 2026")};
-    static const LCID kLocales[] = {0x0407, 0x0409, 0x0407, 0x0409};
-    const auto i = static_cast<std::size_t>(state.range(0));
+// strftime of the fields and the milliseconds after ",".
+void Strftime(benchmark::State& state) {
+    const bench::Instant& t = bench::kInstant;
+    std::tm fields{};
+    fields.tm_year = t.year - 1900;
+    fields.tm_mon = t.month - 1;
+    fields.tm_mday = t.day;
+    fields.tm_hour = t.hour;
+    fields.tm_min = t.minute;
+    fields.tm_sec = t.second;
+    int millisecond = t.millisecond;
+    char buffer[64];
     for (auto _ : state) {
-        DATE value = 0;
-        benchmark::DoNotOptimize(VarDateFromStr(kTexts[i], kLocales[i], 0, &value));
-        benchmark::DoNotOptimize(value);
+        bench::Launder(fields);
+        bench::Launder(millisecond);
+        std::size_t n = std::strftime(buffer, sizeof buffer, "%d.%m.%Y %H:%M:%S", &fields);
+        buffer[n++] = ',';
+        n = static_cast<std::size_t>(std::to_chars(buffer + n, buffer + sizeof buffer, millisecond).ptr - buffer);
+        bench::Keep(n);
+        bench::Keep(buffer);
     }
 }
-BENCHMARK(BM_VarDateFromStr)->DenseRange(0, 3);
 
-void BM_ParseDateTimeText(benchmark::State& state) {
-    SetUserLocale("de_DE.UTF-8");
-    const CString text("17.11.2026 20:18:38,250");
+void ParseIso(benchmark::State& state, const CString& text) {
+    double value = 0;
+    for (auto _ : state) {
+        bench::Keep(ParseIsoDateTime(text, value));
+        bench::Keep(value);
+    }
+    state.SetLabel(FormatIsoDateTime(value).ToUtf8());
+}
+
+// ---- varion alone -------------------------------------------------------------
+
+void ParseLocaleText(benchmark::State& state, const CString& text) {
+    setenv("LC_ALL", bench::kUserLocale, 1);
     for (auto _ : state) {
         double value = 0;
-        benchmark::DoNotOptimize(ParseDateTimeText(text, 0, 0, value));
-        benchmark::DoNotOptimize(value);
+        bench::Keep(ParseDateTimeText(text, 0, 0, value));
+        bench::Keep(value);
     }
 }
-BENCHMARK(BM_ParseDateTimeText);
 
-void BM_FormatIsoDuration(benchmark::State& state) {
-    const double value = DurationFromMilliseconds(state.range(0));
+template <class Produce>
+void Text(benchmark::State& state, Produce produce) {
     for (auto _ : state) {
-        CString text = FormatIsoDuration(value);
-        benchmark::DoNotOptimize(text);
+        CString text = produce();
+        bench::Keep(text);
     }
+    state.SetLabel(produce().ToUtf8());
 }
-BENCHMARK(BM_FormatIsoDuration)->Arg(0)->Arg(90500)->Arg(-315569520000LL);
 
-void BM_FormatIsoDateTime(benchmark::State& state) {
-    double value = 0;
-    DateFromFields(2026, 11, 17, 20, 18, 38, 250, value);
-    for (auto _ : state) {
-        CString text = FormatIsoDateTime(value);
-        benchmark::DoNotOptimize(text);
-    }
-}
-BENCHMARK(BM_FormatIsoDateTime);
-
-void BM_FormatDuration(benchmark::State& state) {
-    const double value = DurationFromFields(1, 12, 30, 5, 250, 0);
-    const CString format;
-    for (auto _ : state) {
-        CString text = FormatDuration(value, format);
-        benchmark::DoNotOptimize(text);
-    }
-}
-BENCHMARK(BM_FormatDuration);
-
-void BM_DateTimeFields(benchmark::State& state) {
-    double value = 0;
-    DateFromFields(2026, 11, 17, 20, 18, 38, 250, value);
+void Fields(benchmark::State& state) {
+    const double value = InstantValue();
     for (auto _ : state) {
         DateTimeFieldSet fields;
-        benchmark::DoNotOptimize(DateTimeFields(value, fields));
-        benchmark::DoNotOptimize(fields);
+        bench::Keep(DateTimeFields(value, fields));
+        bench::Keep(fields);
     }
 }
-BENCHMARK(BM_DateTimeFields);
+
+[[maybe_unused]] const bool registered = bench::Register([] {
+    const std::string format = "FormatDateTime 2026-11-17 20:18:38.250 (de-DE)";
+    Add("dates", format, "varion", FormatLocaleText);
+    Add("dates", format, "strftime", Strftime);
+    const std::string parse = std::string("ISO date-time parse \"") + bench::kIsoText + "\"";
+    Add("dates", parse, "varion", [text = CString(bench::kIsoText)](auto& s) { ParseIso(s, text); });
+
+    Add("dates", "locale date-time parse \"17.11.2026 20:18:38,250\" (de-DE)", "varion",
+        [text = CString("17.11.2026 20:18:38,250")](auto& s) { ParseLocaleText(s, text); });
+    Add("dates", "FormatIsoDateTime 2026-11-17 20:18:38.250", "varion",
+        [](auto& s) { Text(s, [value = InstantValue()] { return FormatIsoDateTime(value); }); });
+    Add("dates", "FormatDuration 1 day 12:30:05.250", "varion", [](auto& s) {
+        Text(s, [value = DurationFromFields(1, 12, 30, 5, 250, 0)] { return FormatDuration(value, CString()); });
+    });
+    Add("dates", "FormatIsoDuration -10 years of milliseconds", "varion", [](auto& s) {
+        Text(s, [value = DurationFromMilliseconds(-315569520000LL)] { return FormatIsoDuration(value); });
+    });
+    Add("dates", "DateTimeFields 2026-11-17 20:18:38.250", "varion", Fields);
+});
 
 }  // namespace

@@ -1,116 +1,48 @@
-// Display formats: "%.2f" on a VT_R8 and "%X" on a VT_I4, through
-// GetStringWithDisplayFormat and through the formatter alone, beside the C
-// library's snprintf and swprintf of the same format.
-#include "platform/format.h"
+// Display formats: GetStringWithDisplayFormat with "%.2f" on a VT_R8 and "%X"
+// on VT_I4 values, beside snprintf of the same format into a stack buffer.
+// varion also finishes the text ("0x" in front of hexadecimal digits, the
+// user's decimal separator) and returns it as a CString.
+#include "contenders.h"
 
 #include <varion/varion.h>
 
-#include <benchmark/benchmark.h>
-
 #include <cstdio>
-#include <cwchar>
+#include <string>
 
 namespace {
 
-constexpr double kReal = 3.14159;
-constexpr long kInteger = 0x1F2E3D4C;
+using bench::Add;
 
-// --- The formatter alone ----------------------------------------------------
-
-void Formatter_F2_R8(benchmark::State& state) {
-    OLECHAR out[varion::detail::kFormatBufferSize];
-    double x = kReal;
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
-        const auto r = varion::detail::FormatOne(OLESTR("%.2f"), varion::FormatArg(x), out, sizeof out / sizeof *out);
-        benchmark::DoNotOptimize(r);
-        benchmark::DoNotOptimize(out);
-    }
-}
-BENCHMARK(Formatter_F2_R8);
-
-void Formatter_X_I4(benchmark::State& state) {
-    OLECHAR out[varion::detail::kFormatBufferSize];
-    long x = kInteger;
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
-        const auto r = varion::detail::FormatOne(OLESTR("%X"), varion::FormatArg(x), out, sizeof out / sizeof *out);
-        benchmark::DoNotOptimize(r);
-        benchmark::DoNotOptimize(out);
-    }
-}
-BENCHMARK(Formatter_X_I4);
-
-// --- The C library's formatters, the floor to beat --------------------------
-
-void Snprintf_F2_R8(benchmark::State& state) {
-    char out[100];
-    double x = kReal;
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
-        const int n = std::snprintf(out, sizeof out, "%.2f", x);
-        benchmark::DoNotOptimize(n);
-        benchmark::DoNotOptimize(out);
-    }
-}
-BENCHMARK(Snprintf_F2_R8);
-
-void Snprintf_X_I4(benchmark::State& state) {
-    char out[100];
-    long x = kInteger;
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
-        const int n = std::snprintf(out, sizeof out, "%lX", x);
-        benchmark::DoNotOptimize(n);
-        benchmark::DoNotOptimize(out);
-    }
-}
-BENCHMARK(Snprintf_X_I4);
-
-void Swprintf_F2_R8(benchmark::State& state) {
-    wchar_t out[100];
-    double x = kReal;
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
-        const int n = std::swprintf(out, 100, L"%.2f", x);
-        benchmark::DoNotOptimize(n);
-        benchmark::DoNotOptimize(out);
-    }
-}
-BENCHMARK(Swprintf_F2_R8);
-
-void Swprintf_X_I4(benchmark::State& state) {
-    wchar_t out[100];
-    long x = kInteger;
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(x);
-        const int n = std::swprintf(out, 100, L"%lX", x);
-        benchmark::DoNotOptimize(n);
-        benchmark::DoNotOptimize(out);
-    }
-}
-BENCHMARK(Swprintf_X_I4);
-
-// --- Through the value ------------------------------------------------------
-
-void Display_F2_R8(benchmark::State& state) {
-    const CVarion value(kReal);
-    const CString format(OLESTR("%.2f"));
+void Display(benchmark::State& state, const CVarion& value, const CString& format) {
     for (auto _ : state) {
         CString text = value.GetStringWithDisplayFormat(format, 0);
-        benchmark::DoNotOptimize(text);
+        bench::Keep(text);
     }
+    state.SetLabel(value.GetStringWithDisplayFormat(format, 0).ToUtf8());
 }
-BENCHMARK(Display_F2_R8);
 
-void Display_X_I4(benchmark::State& state) {
-    const CVarion value(static_cast<int>(kInteger));
-    const CString format(OLESTR("%X"));
+template <class T>
+void Snprintf(benchmark::State& state, const char* format, T x) {
+    char buffer[100];
     for (auto _ : state) {
-        CString text = value.GetStringWithDisplayFormat(format, 0);
-        benchmark::DoNotOptimize(text);
+        bench::Launder(x);
+        const int n = std::snprintf(buffer, sizeof buffer, format, x);
+        bench::Keep(n);
+        bench::Keep(buffer);
     }
+    state.SetLabel(buffer);
 }
-BENCHMARK(Display_X_I4);
+
+[[maybe_unused]] const bool registered = bench::Register([] {
+    const std::string real = "\"%.2f\" of VT_R8 3.14159";
+    Add("format", real, "varion",
+        [v = CVarion(bench::kDisplayReal)](auto& s) { Display(s, v, CString(OLESTR("%.2f"))); });
+    Add("format", real, "snprintf", [](auto& s) { Snprintf(s, "%.2f", bench::kDisplayReal); });
+    for (const int x : {bench::kDisplaySmall, bench::kDisplayLarge}) {
+        const std::string op = "\"%X\" of VT_I4 " + std::to_string(x);
+        Add("format", op, "varion", [v = CVarion(x)](auto& s) { Display(s, v, CString(OLESTR("%X"))); });
+        Add("format", op, "snprintf", [x](auto& s) { Snprintf(s, "%X", static_cast<unsigned>(x)); });
+    }
+});
 
 }  // namespace

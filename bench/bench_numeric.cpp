@@ -1,88 +1,170 @@
-// Numeric conversions, operator reads and the copying of values.
+// Numbers: conversions between numeric types (make the value, convert, read
+// it back), copies and assignments; varion beside the plain C++ that does the
+// same work on native variables.
+#include "contenders.h"
+
 #include <varion/varion.h>
 
-#include <benchmark/benchmark.h>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <new>
+#include <string>
 
 namespace {
 
-template <VARTYPE From, VARTYPE To>
-void SetTypePair(benchmark::State& state, CVarion source) {
+using bench::Add;
+
+// A conversion of a value made from `x`, read back as the target's type.
+// With `runtimeTarget` the target type comes from a variable the compiler
+// cannot see through, as when it comes from a device's description; else it
+// is the constant it usually is in code, and the conversion folds inline.
+template <VARTYPE To, class Read, class Source>
+void Convert(benchmark::State& state, Source x, bool runtimeTarget) {
+    VARTYPE target = To;
     for (auto _ : state) {
-        CVarion v(source);
-        benchmark::DoNotOptimize(v.SetType(To));
-        benchmark::DoNotOptimize(v);
+        bench::Launder(x);
+        if (runtimeTarget) bench::Launder(target);
+        CVarion v(x);
+        const long code = runtimeTarget ? v.SetType(target) : v.SetType(To);
+        const Read back = code == RC_OK ? static_cast<Read>(v) : Read(0);
+        bench::Keep(code);
+        bench::Keep(back);
     }
-    (void)From;
+    CVarion v(x);
+    state.SetLabel(v.SetType(To) == RC_OK ? static_cast<CString>(v).ToUtf8() : "fails");
 }
 
-void BM_I4_to_R8(benchmark::State& s) { SetTypePair<VT_I4, VT_R8>(s, CVarion(123456)); }
-void BM_R8_to_I2(benchmark::State& s) { SetTypePair<VT_R8, VT_I2>(s, CVarion(1234.5)); }
-void BM_R8_to_I2_failing(benchmark::State& s) { SetTypePair<VT_R8, VT_I2>(s, CVarion(1e9)); }
-void BM_UI8_to_I8_failing(benchmark::State& s) { SetTypePair<VT_UI8, VT_I8>(s, CVarion(~0ULL)); }
-void BM_R4_to_UI1(benchmark::State& s) { SetTypePair<VT_R4, VT_UI1>(s, CVarion(200.25f)); }
-void BM_I8_to_BOOL(benchmark::State& s) { SetTypePair<VT_I8, VT_BOOL>(s, CVarion(5LL)); }
-
-void BM_OperatorLongOfR8(benchmark::State& state) {
-    const CVarion v(2.5);
-    for (auto _ : state) benchmark::DoNotOptimize(static_cast<long>(v));
-}
-
-void BM_OperatorDoubleOfI4(benchmark::State& state) {
-    const CVarion v(42);
-    for (auto _ : state) benchmark::DoNotOptimize(static_cast<double>(v));
-}
-
-void BM_CopyR8(benchmark::State& state) {
-    const CVarion v(2.5);
+// The plain C++ of the same conversions, range check and rounding included.
+void CastI4ToR8(benchmark::State& state) {
+    int x = bench::kI4Source;
     for (auto _ : state) {
-        CVarion copy(v);
-        benchmark::DoNotOptimize(copy);
+        bench::Launder(x);
+        const double back = static_cast<double>(x);
+        bench::Keep(back);
     }
 }
 
-void BM_CopyBstr(benchmark::State& state) {
-    const CVarion v("a parameter value of 32 chars...");
+void CastR8ToI2(benchmark::State& state) {
+    double x = bench::kR8ForI2;
     for (auto _ : state) {
-        CVarion copy(v);
-        benchmark::DoNotOptimize(copy);
+        bench::Launder(x);
+        const double rounded = x < 0 ? x - 0.5 : x + 0.5;
+        const bool fits = rounded > -32769.0 && rounded < 32768.0;
+        const short back = fits ? static_cast<short>(rounded) : short(0);
+        bench::Keep(fits);
+        bench::Keep(back);
     }
 }
 
-void BM_AssignBstr(benchmark::State& state) {
-    const CVarion v("a parameter value of 32 chars...");
+void CastUI8ToI8(benchmark::State& state) {
+    unsigned long long x = bench::kUI8AboveI8;
+    for (auto _ : state) {
+        bench::Launder(x);
+        const bool fits = x <= static_cast<unsigned long long>(std::numeric_limits<long long>::max());
+        bench::Keep(fits);
+        if (fits) {
+            const long long back = static_cast<long long>(x);
+            bench::Keep(back);
+        }
+    }
+    state.SetLabel("fails");
+}
+
+// A value read through a conversion operator.
+template <class Read>
+void ReadAs(benchmark::State& state, const CVarion& v) {
+    for (auto _ : state) {
+        const Read r = v;
+        bench::Keep(r);
+    }
+}
+
+// ---- copies -------------------------------------------------------------
+
+struct Raw16 {
+    unsigned char bytes[16];
+};
+
+void CopyValue(benchmark::State& state, CVarion source) {
+    for (auto _ : state) {
+        bench::Launder(source);
+        CVarion copy(source);
+        bench::Keep(copy);
+    }
+}
+
+// The copy constructor alone, into storage that is never destroyed (a value
+// without content needs no destructor).
+void ConstructCopy(benchmark::State& state, CVarion source) {
+    alignas(CVarion) unsigned char slot[sizeof(CVarion)];
+    for (auto _ : state) {
+        bench::Launder(source);
+        new (slot) CVarion(source);
+        bench::Keep(slot);
+    }
+}
+
+void AssignValue(benchmark::State& state, CVarion source) {
     CVarion target;
     for (auto _ : state) {
-        target = v;
-        benchmark::DoNotOptimize(target);
+        bench::Launder(source);
+        target = source;
+        bench::Keep(target);
     }
 }
 
-}  // namespace
-
-BENCHMARK(BM_I4_to_R8);
-BENCHMARK(BM_R8_to_I2);
-BENCHMARK(BM_R8_to_I2_failing);
-BENCHMARK(BM_UI8_to_I8_failing);
-BENCHMARK(BM_R4_to_UI1);
-BENCHMARK(BM_I8_to_BOOL);
-BENCHMARK(BM_OperatorLongOfR8);
-BENCHMARK(BM_OperatorDoubleOfI4);
-BENCHMARK(BM_CopyR8);
-BENCHMARK(BM_CopyBstr);
-BENCHMARK(BM_AssignBstr);
-
-namespace {
-// The floor for copying a value: 16 bytes.
-void BM_Copy16Bytes(benchmark::State& state) {
-    struct Raw {
-        unsigned char b[16];
-    };
-    Raw source{};
-    source.b[0] = 5;
+void Copy16Bytes(benchmark::State& state) {
+    Raw16 source{};
+    source.bytes[0] = VT_R8;
     for (auto _ : state) {
-        Raw copy = source;
-        benchmark::DoNotOptimize(copy);
+        bench::Launder(source);
+        Raw16 copy = source;
+        bench::Keep(copy);
     }
 }
+
+void CopyString(benchmark::State& state, OleString source) {
+    for (auto _ : state) {
+        bench::Launder(source);
+        OleString copy(source);
+        bench::Keep(copy);
+    }
+}
+
+[[maybe_unused]] const bool registered = bench::Register([] {
+    for (const bool runtime : {false, true}) {
+        const char* varion = runtime ? "varion, target type at run time" : "varion";
+        Add("numeric", "VT_I4 to VT_R8", varion,
+            [runtime](auto& s) { Convert<VT_R8, double>(s, bench::kI4Source, runtime); });
+        Add("numeric", "VT_R8 to VT_I2", varion,
+            [runtime](auto& s) { Convert<VT_I2, short>(s, bench::kR8ForI2, runtime); });
+        Add("numeric", "VT_UI8 to VT_I8 (fails)", varion, [runtime](auto& s) {
+            Convert<VT_I8, LONGLONG>(s, static_cast<ULONGLONG>(bench::kUI8AboveI8), runtime);
+        });
+    }
+    Add("numeric", "VT_I4 to VT_R8", "plain cast", CastI4ToR8);
+    Add("numeric", "VT_R8 to VT_I2", "plain cast", CastR8ToI2);
+    Add("numeric", "VT_UI8 to VT_I8 (fails)", "plain cast", CastUI8ToI8);
+    // varion alone: other pairs and the conversion operators.
+    Add("numeric", "VT_R4 to VT_UI1", "varion", [](auto& s) { Convert<VT_UI1, unsigned char>(s, 200.25f, true); });
+    Add("numeric", "VT_I8 to VT_BOOL", "varion", [](auto& s) { Convert<VT_BOOL, int>(s, 5LL, true); });
+    Add("numeric", "VT_R8 read as long", "varion", [v = CVarion(2.5)](auto& s) { ReadAs<long>(s, v); });
+    Add("numeric", "VT_I4 read as double", "varion", [v = CVarion(42)](auto& s) { ReadAs<double>(s, v); });
+
+    const CVarion real(2.5);
+    const CVarion text(bench::kString32);
+    const OleString wide(CString(bench::kString32).View());
+    Add("copy", "copy VT_R8 (the copy constructor)", "varion", [real](auto& s) { ConstructCopy(s, real); });
+    Add("copy", "copy VT_R8 (the copy constructor)", "16-byte copy", Copy16Bytes);
+    Add("copy", "copy and destroy VT_R8", "varion", [real](auto& s) { CopyValue(s, real); });
+    Add("copy", "copy and destroy VT_R8", "16-byte copy", Copy16Bytes);
+    Add("copy", "assign VT_R8", "varion", [real](auto& s) { AssignValue(s, real); });
+    Add("copy", "assign VT_R8", "16-byte copy", Copy16Bytes);
+    Add("copy", "copy and destroy VT_BSTR of 32 characters", "varion", [text](auto& s) { CopyValue(s, text); });
+    Add("copy", "copy and destroy VT_BSTR of 32 characters", "std::u16string",
+        [wide](auto& s) { CopyString(s, wide); });
+    Add("copy", "assign VT_BSTR of 32 characters", "varion", [text](auto& s) { AssignValue(s, text); });
+});
+
 }  // namespace
-BENCHMARK(BM_Copy16Bytes);

@@ -1,125 +1,130 @@
-// Number texts: reading and writing through SetType beside std::from_chars
-// and std::to_chars alone, the floor any implementation stands on.
+// Number texts: text to VT_R8 and VT_I4, VT_R8 to text; varion beside
+// std::from_chars, std::to_chars(fixed, 15) and snprintf("%.15f").
 //
-// Targets: text to VT_R8 within 3x of from_chars on the same digits plus the
-// trim; VT_R8 to text within 2x of to_chars(fixed, 15).
+// "varion" reads a value that holds the text through its conversion operator
+// (the text parsed where it stands), as the peers read theirs; "varion,
+// SetType on a new value" also makes the string and releases it. The floors
+// read the same digits in their own form: narrow, "." as separator, no base
+// prefix ("0x1F" is "1F" in base 16).
+#include "contenders.h"
+
 #include <varion/varion.h>
 
-#include "convert/number_text.h"
-#include "value/access.h"
-
-#include <benchmark/benchmark.h>
-
 #include <charconv>
+#include <cstdio>
 #include <string>
-#include <vector>
+#include <string_view>
 
 namespace {
 
-const char* const kTexts[] = {" 12.5 ", "-1234.5678", "0.000123456789", " 3.14159265358979 ",
-                              "1e-5",   "123456789.123456789", "42", "-0.1"};
-const double kValues[] = {12.5, -1234.5678, 0.000123456789, 3.14159265358979, 1e-5, 123456789.123456789, 42.0, -0.1};
+using bench::Add;
 
-std::vector<OleString> WideTexts() {
-    std::vector<OleString> wide;
-    for (const char* t : kTexts) wide.emplace_back(CString(t).View());
-    return wide;
+template <class Read>
+std::string ResultText(const CVarion& v) {
+    CVarion read(static_cast<Read>(v));
+    return static_cast<CString>(read).ToUtf8();
 }
 
-// ---- text to VT_R8 -------------------------------------------------------
-
-// Floor: trim the blanks, then std::from_chars on the narrow digits.
-void BM_FromCharsWithTrim(benchmark::State& state) {
-    std::vector<std::string> texts(std::begin(kTexts), std::end(kTexts));
-    std::size_t k = 0;
+template <class Read>
+void ReadText(benchmark::State& state, const CVarion& v) {
     for (auto _ : state) {
-        const std::string& t = texts[k++ % texts.size()];
-        const std::size_t first = t.find_first_not_of(' ');
-        const std::size_t last = t.find_last_not_of(' ') + 1;
-        double d = 0;
-        std::from_chars(t.data() + first, t.data() + last, d);
-        benchmark::DoNotOptimize(d);
+        const Read r = v;
+        bench::Keep(r);
+    }
+    state.SetLabel(ResultText<Read>(v));
+}
+
+template <VARTYPE To, class Read>
+void SetTypeOnNewValue(benchmark::State& state, const OleString& text) {
+    long code = 0;
+    for (auto _ : state) {
+        CVarion v(text.c_str());
+        code = v.SetType(To);
+        const Read r = v;
+        bench::Keep(code);
+        bench::Keep(r);
+    }
+    state.SetLabel(code == RC_OK ? "ok" : "fails");
+}
+
+template <class T>
+void FromChars(benchmark::State& state, std::string_view digits, int base) {
+    T value{};
+    for (auto _ : state) {
+        bench::Launder(digits);
+        if constexpr (std::is_floating_point_v<T>)
+            std::from_chars(digits.data(), digits.data() + digits.size(), value);
+        else
+            std::from_chars(digits.data(), digits.data() + digits.size(), value, base);
+        bench::Keep(value);
     }
 }
-BENCHMARK(BM_FromCharsWithTrim);
 
-// The library's reading of the UTF-16 text, without the string's lifetime.
-void BM_ParseTextToR8(benchmark::State& state) {
-    const auto texts = WideTexts();
-    std::size_t k = 0;
+void SetTypeToText(benchmark::State& state, double x) {
     for (auto _ : state) {
-        const OleString& t = texts[k++ % texts.size()];
-        VARIANT out{};
-        varion::detail::NumberFromText(t, VT_R8, out);
-        benchmark::DoNotOptimize(out);
+        bench::Launder(x);
+        CVarion v(x);
+        const long code = v.SetType(VT_BSTR);
+        bench::Keep(code);
+        bench::Keep(v);
+    }
+    CVarion v(x);
+    v.SetType(VT_BSTR);
+    state.SetLabel(static_cast<CString>(v).ToUtf8());
+}
+
+void OperatorText(benchmark::State& state, const CVarion& v) {
+    for (auto _ : state) {
+        CString text = v;
+        bench::Keep(text);
     }
 }
-BENCHMARK(BM_ParseTextToR8);
 
-// Floor with the string's lifetime: make the BSTR, trim, from_chars, free it.
-void BM_FromCharsWithTrimAndString(benchmark::State& state) {
-    const auto texts = WideTexts();
-    std::size_t k = 0;
+void ToCharsFixed15(benchmark::State& state, double x) {
+    char buffer[400];
+    std::to_chars_result r{};
     for (auto _ : state) {
-        const OleString& t = texts[k++ % texts.size()];
-        BSTR s = SysAllocString(t.c_str());
-        char narrow[64];
-        std::size_t n = 0;
-        for (UINT i = 0; i < SysStringLen(s) && n < sizeof(narrow); ++i)
-            if (s[i] != ' ') narrow[n++] = static_cast<char>(s[i]);
-        double d = 0;
-        std::from_chars(narrow, narrow + n, d);
-        benchmark::DoNotOptimize(d);
-        SysFreeString(s);
+        bench::Launder(x);
+        r = std::to_chars(buffer, buffer + sizeof buffer, x, std::chars_format::fixed, 15);
+        bench::Keep(r.ptr);
+        bench::Keep(buffer);
     }
+    state.SetLabel(std::string(buffer, r.ptr));
 }
-BENCHMARK(BM_FromCharsWithTrimAndString);
 
-// SetType(VT_R8) on a string value, with the value made and destroyed.
-void BM_SetTypeTextToR8(benchmark::State& state) {
-    const auto texts = WideTexts();
-    std::size_t k = 0;
+void Snprintf15(benchmark::State& state, double x) {
+    char buffer[400];
     for (auto _ : state) {
-        CVarion v(texts[k++ % texts.size()].c_str());
-        benchmark::DoNotOptimize(v.SetType(VT_R8));
+        bench::Launder(x);
+        const int n = std::snprintf(buffer, sizeof buffer, "%.15f", x);
+        bench::Keep(n);
+        bench::Keep(buffer);
     }
+    state.SetLabel(buffer);
 }
-BENCHMARK(BM_SetTypeTextToR8);
 
-// ---- VT_R8 to text -------------------------------------------------------
-
-// Floor: std::to_chars with fifteen fixed decimals.
-void BM_ToCharsFixed15(benchmark::State& state) {
-    std::size_t k = 0;
-    char buffer[varion::detail::kFixedTextMax];
-    for (auto _ : state) {
-        const auto r = std::to_chars(buffer, buffer + sizeof(buffer), kValues[k++ % std::size(kValues)],
-                                     std::chars_format::fixed, 15);
-        benchmark::DoNotOptimize(r.ptr);
-        benchmark::ClobberMemory();
+[[maybe_unused]] const bool registered = bench::Register([] {
+    for (const bench::NumberText& input : bench::kTextsToR8) {
+        const std::string op = bench::TextOperation(input, "to VT_R8");
+        const OleString wide(CString(input.text).View());
+        Add("text", op, "varion", [v = CVarion(input.text)](auto& s) { ReadText<double>(s, v); });
+        Add("text", op, "varion, SetType on a new value", [wide](auto& s) { SetTypeOnNewValue<VT_R8, double>(s, wide); });
+        Add("text", op, "std::from_chars", [input](auto& s) { FromChars<double>(s, input.digits, input.base); });
     }
-}
-BENCHMARK(BM_ToCharsFixed15);
-
-// SetType(VT_BSTR) on a VT_R8: digits, trimming, separator, the new string.
-void BM_SetTypeR8ToText(benchmark::State& state) {
-    std::size_t k = 0;
-    for (auto _ : state) {
-        CVarion v(kValues[k++ % std::size(kValues)]);
-        benchmark::DoNotOptimize(v.SetType(VT_BSTR));
+    for (const double x : bench::kR8ToText) {
+        const std::string op = bench::ValueOperation("VT_R8", x, "to text");
+        Add("text", op, "varion", [x](auto& s) { SetTypeToText(s, x); });
+        Add("text", op, "varion, operator CString", [v = CVarion(x)](auto& s) { OperatorText(s, v); });
+        Add("text", op, "std::to_chars fixed 15", [x](auto& s) { ToCharsFixed15(s, x); });
+        Add("text", op, "snprintf %.15f", [x](auto& s) { Snprintf15(s, x); });
     }
-}
-BENCHMARK(BM_SetTypeR8ToText);
-
-// Integers, for comparison: SetType(VT_BSTR) and back on a VT_I4.
-void BM_SetTypeI4TextRoundTrip(benchmark::State& state) {
-    int x = -123456;
-    for (auto _ : state) {
-        CVarion v(x++);
-        v.SetType(VT_BSTR);
-        benchmark::DoNotOptimize(v.SetType(VT_I4));
+    for (const bench::NumberText& input : bench::kTextsToI4) {
+        const std::string op = bench::TextOperation(input, "to VT_I4");
+        const OleString wide(CString(input.text).View());
+        Add("text", op, "varion", [v = CVarion(input.text)](auto& s) { ReadText<long>(s, v); });
+        Add("text", op, "varion, SetType on a new value", [wide](auto& s) { SetTypeOnNewValue<VT_I4, long>(s, wide); });
+        Add("text", op, "std::from_chars", [input](auto& s) { FromChars<int>(s, input.digits, input.base); });
     }
-}
-BENCHMARK(BM_SetTypeI4TextRoundTrip);
+});
 
 }  // namespace

@@ -15,10 +15,13 @@
 //   - operator int() is the Boolean reading, not a 32-bit integer.
 #pragma once
 
+#include <varion/detail/numeric_cast.h>
 #include <varion/export.h>
 #include <varion/platform/automation.h>
 #include <varion/platform/cstring.h>
 
+#include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -75,6 +78,22 @@ concept ArrayElement =
     ((std::is_integral_v<T> || std::is_floating_point_v<T>) &&
      (sizeof(T) == 1 || sizeof(T) == 2 || sizeof(T) == 4 || sizeof(T) == 8));
 
+namespace detail {
+/// The type codes whose content is the value field alone: the numbers, the
+/// date family and an interface pointer (carried without a reference). A copy
+/// of such a value is its 16 bytes with the reserved words zeroed.
+inline constexpr auto kPlainValueCodes = [] {
+    std::array<bool, 128> codes{};
+    for (const VARTYPE code : {VT_I2, VT_I4, VT_R4, VT_R8, VT_DATE, VT_BOOL, VT_UNKNOWN, VT_I1, VT_UI1, VT_UI2,
+                               VT_UI4, VT_I8, VT_UI8})
+        codes[code] = true;
+    for (const VARTYPE code : {VTX_DURATION, VTX_DURATION_MSF, VTX_DATETIME_ALT, VTX_DATETIME, VTX_ISO_DURATION,
+                               VTX_ISO_DATETIME})
+        codes[code] = true;
+    return codes;
+}();
+}  // namespace detail
+
 /// The ElementKind of an element type T.
 template <class T>
 constexpr ElementKind ElementKindOf = std::is_same_v<T, bool>      ? ElementKind::Bool
@@ -91,36 +110,48 @@ public:
     // Every constructor sets the type code and its member; the rest of the
     // 16 bytes (reserved words, unused value bytes) is zero.
 
+    // The constructors from numbers are inline: a value made in a loop costs
+    // two stores.
     /// VT_EMPTY.
-    CVarion() noexcept;
+    CVarion() noexcept { Init<std::uint8_t>(VT_EMPTY, 0); }
     /// VT_BOOL: one byte, 1 for true, 0 for false.
-    CVarion(bool value) noexcept;
+    CVarion(bool value) noexcept { Init<std::uint8_t>(VT_BOOL, value ? 1 : 0); }
     /// VT_I1.
-    CVarion(char value) noexcept;
+    CVarion(char value) noexcept { Init(VT_I1, static_cast<signed char>(value)); }
     /// VT_I1.
-    CVarion(signed char value) noexcept;
+    CVarion(signed char value) noexcept { Init(VT_I1, value); }
     /// VT_UI1.
-    CVarion(unsigned char value) noexcept;
+    CVarion(unsigned char value) noexcept { Init(VT_UI1, value); }
     /// VT_I2.
-    CVarion(short value) noexcept;
+    CVarion(short value) noexcept { Init(VT_I2, value); }
     /// VT_UI2.
-    CVarion(unsigned short value) noexcept;
+    CVarion(unsigned short value) noexcept { Init(VT_UI2, value); }
     /// VT_I4.
-    CVarion(int value) noexcept;
+    CVarion(int value) noexcept { Init(VT_I4, static_cast<std::int32_t>(value)); }
     /// VT_UI4.
-    CVarion(unsigned int value) noexcept;
+    CVarion(unsigned int value) noexcept { Init(VT_UI4, static_cast<std::uint32_t>(value)); }
     /// VT_I4 when the value fits 32 bits, else VT_I8 (no bits are dropped).
-    CVarion(long value) noexcept;
+    CVarion(long value) noexcept {
+        if (value >= INT32_MIN && value <= INT32_MAX)
+            Init(VT_I4, static_cast<std::int32_t>(value));
+        else
+            Init(VT_I8, static_cast<LONGLONG>(value));
+    }
     /// VT_UI4 when the value fits 32 bits, else VT_UI8.
-    CVarion(unsigned long value) noexcept;
+    CVarion(unsigned long value) noexcept {
+        if (value <= UINT32_MAX)
+            Init(VT_UI4, static_cast<std::uint32_t>(value));
+        else
+            Init(VT_UI8, static_cast<ULONGLONG>(value));
+    }
     /// VT_I8.
-    CVarion(LONGLONG value) noexcept;
+    CVarion(LONGLONG value) noexcept { Init(VT_I8, value); }
     /// VT_UI8.
-    CVarion(ULONGLONG value) noexcept;
+    CVarion(ULONGLONG value) noexcept { Init(VT_UI8, value); }
     /// VT_R4: the 4-byte single, not widened.
-    CVarion(float value) noexcept;
+    CVarion(float value) noexcept { Init(VT_R4, value); }
     /// VT_R8.
-    CVarion(double value) noexcept;
+    CVarion(double value) noexcept { Init(VT_R8, value); }
     /// VT_BSTR copied up to the terminator; a null pointer or a failed
     /// allocation gives VT_EMPTY.
     CVarion(const OLECHAR* text) noexcept;
@@ -135,9 +166,12 @@ public:
     /// A deep copy: strings and arrays are duplicated, a fixed-size array stays
     /// fixed-size. VT_NULL, unknown codes and failed duplications give VT_EMPTY.
     CVarion(const CVarion& other) noexcept {
-        if (HoldsPlainValue(other.m_v.vt)) {
-            m_v.vt = other.m_v.vt;
-            m_v.wReserved1 = m_v.wReserved2 = m_v.wReserved3 = 0;
+        const VARTYPE type = other.m_v.vt;
+        if (HoldsPlainValue(type)) {
+            // Two 8-byte stores: the type code with its zeroed reserved
+            // words, then the value field.
+            const std::uint64_t head = std::endian::native == std::endian::little ? type : std::uint64_t{type} << 48;
+            std::memcpy(static_cast<void*>(&m_v), &head, sizeof head);
             std::memcpy(&m_v.llVal, &other.m_v.llVal, sizeof(m_v.llVal));
         } else {
             CopyContent(other);
@@ -174,18 +208,28 @@ public:
 
     /// Releases the content.
     ~CVarion() {
-        if (m_v.vt == VT_BSTR || (m_v.vt & VT_ARRAY) != 0) Clear();
+        if (OwnsContent(m_v.vt)) ReleaseContent();
     }
 
     /// Releases the string or array and makes the value VT_EMPTY.
-    void Clear() noexcept;
+    void Clear() noexcept {
+        if (OwnsContent(m_v.vt)) ReleaseContent();
+        m_v.vt = VT_EMPTY;
+    }
 
     /// Deep assignment. An array destination keeps its place only for a source
     /// of the same type code and number of dimensions: a fixed-size destination
     /// keeps its size (a smaller source is enlarged along bound A, a larger
     /// byte array is copied truncated, any other larger source empties it);
     /// every other source empties an array destination.
-    CVarion& operator=(const CVarion& other) noexcept;
+    CVarion& operator=(const CVarion& other) noexcept {
+        // Between values without a string or an array all 16 bytes are copied.
+        if (!OwnsContent(m_v.vt) && !OwnsContent(other.m_v.vt)) {
+            if (this != &other) std::memcpy(static_cast<void*>(&m_v), &other.m_v, sizeof(m_v));
+            return *this;
+        }
+        return AssignContent(other);
+    }
 
     /// 1 when the value read as a Boolean (operator int()) is false: VT_I4 0,
     /// VT_EMPTY and values that cannot become a Boolean; else 0.
@@ -201,17 +245,32 @@ public:
     int IsNumeric() const noexcept;
 
     /// False only for 100, 101, 105 and 106 (which leave a VARIANT as text).
-    static bool IsNativeVariant(VARTYPE type) noexcept;
+    static constexpr bool IsNativeVariant(VARTYPE type) noexcept {
+        return type != VTX_DURATION && type != VTX_DURATION_MSF && type != VTX_ISO_DURATION &&
+               type != VTX_ISO_DATETIME;
+    }
     /// 2, 3, 4, 5, 11, 16 to 21 (the Boolean counts; VT_DATE does not).
-    static bool IsNumericType(VARTYPE type) noexcept;
+    static constexpr bool IsNumericType(VARTYPE type) noexcept {
+        switch (type) {
+        case VT_I2: case VT_I4: case VT_R4: case VT_R8: case VT_BOOL:
+        case VT_I1: case VT_UI1: case VT_UI2: case VT_UI4: case VT_I8: case VT_UI8:
+            return true;
+        default:
+            return false;
+        }
+    }
     /// VT_BSTR.
-    static bool IsStringType(VARTYPE type) noexcept;
+    static constexpr bool IsStringType(VARTYPE type) noexcept { return type == VT_BSTR; }
     /// 7, 100, 101, 102, 103, 105, 106.
-    static bool IsAnyDateType(VARTYPE type) noexcept;
+    static constexpr bool IsAnyDateType(VARTYPE type) noexcept { return IsDateTimeType(type) || IsDurationType(type); }
     /// 7, 102, 103, 106.
-    static bool IsDateTimeType(VARTYPE type) noexcept;
+    static constexpr bool IsDateTimeType(VARTYPE type) noexcept {
+        return type == VT_DATE || type == VTX_DATETIME_ALT || type == VTX_DATETIME || type == VTX_ISO_DATETIME;
+    }
     /// 100, 101, 105.
-    static bool IsDurationType(VARTYPE type) noexcept;
+    static constexpr bool IsDurationType(VARTYPE type) noexcept {
+        return type == VTX_DURATION || type == VTX_DURATION_MSF || type == VTX_ISO_DURATION;
+    }
 
     /// The type code that holds a device parameter of device-description type
     /// `ddType` and `size` bytes: (1, 4) gives VT_I4, (1, 5) VT_I8, (13, 8)
@@ -259,7 +318,13 @@ public:
     /// array: -1. VT_EMPTY: cleared. From VT_EMPTY: the zero value of newType.
     /// Numbers convert with range checks and round half away from zero
     /// (VT_R8 2.5 to VT_I4 gives 3, VT_I4 300 to VT_UI1 gives -3).
-    long SetType(VARTYPE newType) noexcept;
+    VARION_FOLD_INLINE long SetType(VARTYPE newType) noexcept {
+        // Number to number inline (a constant target folds to the one cast);
+        // every other change goes through the dispatcher.
+        if (const varion::detail::NumericCastFn cast = varion::detail::NumericCast(newType, m_v.vt))
+            return cast(m_v);
+        return Dispatch(newType);
+    }
     /// SetType on `target` when it is not null (this value untouched), else on
     /// this value.
     long ChangeType(VARTYPE newType, CVarion* target = nullptr) noexcept;
@@ -272,27 +337,27 @@ public:
     // (0.0, an empty text) when the conversion fails. A failed range check
     // gives 0, not a saturated value.
     /// The Boolean reading: VT_I4 256 gives 1.
-    operator int() const noexcept;
+    operator int() const noexcept { return ReadAs<VT_BOOL>() != 0 ? 1 : 0; }
     /// As VT_I1.
-    operator char() const noexcept;
+    operator char() const noexcept { return static_cast<char>(ReadAs<VT_I1>()); }
     /// As VT_UI1: VT_I4 300 gives 0.
-    operator unsigned char() const noexcept;
+    operator unsigned char() const noexcept { return ReadAs<VT_UI1>(); }
     /// As VT_I2.
-    operator short() const noexcept;
+    operator short() const noexcept { return ReadAs<VT_I2>(); }
     /// As VT_UI2.
-    operator unsigned short() const noexcept;
+    operator unsigned short() const noexcept { return ReadAs<VT_UI2>(); }
     /// As VT_I4 (32-bit): VT_R8 -2.5 gives -3.
-    operator long() const noexcept;
+    operator long() const noexcept { return ReadAs<VT_I4>(); }
     /// As VT_UI4 (32-bit).
-    operator unsigned long() const noexcept;
+    operator unsigned long() const noexcept { return ReadAs<VT_UI4>(); }
     /// As VT_I8.
-    operator LONGLONG() const noexcept;
+    operator LONGLONG() const noexcept { return ReadAs<VT_I8>(); }
     /// As VT_UI8.
-    operator ULONGLONG() const noexcept;
+    operator ULONGLONG() const noexcept { return ReadAs<VT_UI8>(); }
     /// As VT_R4.
-    operator float() const noexcept;
+    operator float() const noexcept { return ReadAs<VT_R4>(); }
     /// As VT_R8.
-    operator double() const noexcept;
+    operator double() const noexcept { return ReadAs<VT_R8>(); }
     /// As text: VT_BOOL true gives "true".
     operator CString() const noexcept;
 
@@ -614,10 +679,42 @@ private:
     /// Codes whose content is the value field alone (numbers, dates, the
     /// Boolean, an interface pointer carried without a reference).
     static constexpr bool HoldsPlainValue(VARTYPE t) noexcept {
-        return t < 32 ? ((0x003F28BCu >> t) & 1u) != 0 : (t >= 100 && t <= 106 && t != 104);
+        return t < varion::detail::kPlainValueCodes.size() && varion::detail::kPlainValueCodes[t];
+    }
+    /// Codes whose content lives outside the value: a string or an array.
+    static constexpr bool OwnsContent(VARTYPE t) noexcept { return t == VT_BSTR || (t & VT_ARRAY) != 0; }
+    /// A new value of `type` holding `value`; the other bytes are zero.
+    template <class T>
+    void Init(VARTYPE type, T value) noexcept {
+        std::memset(static_cast<void*>(&m_v), 0, sizeof(m_v));
+        m_v.vt = type;
+        varion::detail::Store(m_v, value);
     }
     /// The copy of a string, an array or a code without content.
     void CopyContent(const CVarion& other) noexcept;
+    /// Frees the string or destroys the array and nulls its pointer; the type
+    /// code stays.
+    void ReleaseContent() noexcept;
+    /// Assignment where either value owns a string or an array.
+    CVarion& AssignContent(const CVarion& other) noexcept;
+    /// The type change of every route but number to number (SetType).
+    long Dispatch(VARTYPE newType) noexcept;
+    /// The value read as numeric type T: numbers through the cast table on a
+    /// 16-byte copy, other values through ReadConverted; 0 on failure.
+    template <VARTYPE T>
+    VARION_FOLD_INLINE varion::detail::NumericT<T> ReadAs() const noexcept {
+        if (m_v.vt == T) return varion::detail::Load<varion::detail::NumericT<T>>(m_v);
+        VARIANT copy = m_v;
+        if (const varion::detail::NumericCastFn cast = varion::detail::NumericCast(T, m_v.vt)) {
+            if (cast(copy) != 0) return 0;
+        } else if (!ReadConverted(T, copy)) {
+            return 0;
+        }
+        return varion::detail::Load<varion::detail::NumericT<T>>(copy);
+    }
+    /// A value that is not a number converted to numeric type `type` into
+    /// `out` (this value unchanged); false when the conversion fails.
+    bool ReadConverted(VARTYPE type, VARIANT& out) const noexcept;
     /// Clears the value and makes it the zero value of `type`; -2 (the value
     /// left VT_EMPTY) for a type without one.
     long InitType(VARTYPE type) noexcept;
@@ -644,6 +741,8 @@ private:
 };
 
 static_assert(sizeof(CVarion) == sizeof(VARIANT), "a CVarion is a VARIANT");
+static_assert(varion::detail::kCastAboveMax == RC_ABOVE_MAX && varion::detail::kCastBelowMin == RC_BELOW_MIN,
+              "the numeric casts answer the library's result codes");
 static_assert(std::is_standard_layout_v<CVarion>, "CVarion is laid out as a VARIANT");
 
 // ---------------------------------------------------------------------------

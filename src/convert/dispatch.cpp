@@ -1,6 +1,7 @@
 // The type-change dispatcher: every change of type goes through SetType, which
 // routes by the kinds of the current and the new type code. The first test
-// that applies decides.
+// that applies decides. SetType itself (in the public header) takes the
+// number-to-number route inline and hands every other change to Dispatch.
 #include <varion/varion.h>
 
 #include "value/access.h"
@@ -8,7 +9,7 @@
 using varion::detail::IsArrayType;
 using varion::detail::kByteArray;
 
-long CVarion::SetType(VARTYPE newType) noexcept {
+long CVarion::Dispatch(VARTYPE newType) noexcept {
     const VARTYPE current = m_v.vt;
     if (newType == current) return RC_OK;
     if (IsArrayType(current) && current != kByteArray) return RC_NOT_APPLICABLE;

@@ -61,27 +61,27 @@ long DateFromText(OleStringView text, VARTYPE type, VARIANT& out) noexcept {
     }
 }
 
-long ReadText(OleStringView text, VARTYPE type, VARIANT& out) noexcept {
+}  // namespace
+
+long varion::detail::ValueFromText(BSTR text, VARTYPE type, VARIANT& out) noexcept {
     switch (type) {
-    case VT_BOOL: return BoolFromText(text, out);
+    case VT_BOOL: return BoolFromText(TextOf(text), out);
     case VT_I1: case VT_UI1: case VT_I2: case VT_UI2:
     case VT_I4: case VT_UI4: case VT_I8: case VT_UI8:
     case VT_R4: case VT_R8:
-        return NumberFromText(text, type, out);
+        return NumberFromString(text, type, out);
     case VT_DATE: case VTX_DURATION: case VTX_DURATION_MSF: case VTX_DATETIME_ALT: case VTX_DATETIME:
     case VTX_ISO_DURATION: case VTX_ISO_DATETIME:
-        return DateFromText(text, type, out);
-    case kByteArray: return ByteListFromText(text, out);
+        return DateFromText(TextOf(text), type, out);
+    case kByteArray: return ByteListFromText(TextOf(text), out);
     default: return RC_NOT_CONVERTIBLE;
     }
 }
 
-}  // namespace
-
 long CVarion::ChangeFromString(VARTYPE type) noexcept {
     if (m_v.vt != VT_BSTR) return RC_NOT_CONVERTIBLE;
     VARIANT result{};
-    if (ReadText(TextOf(m_v.bstrVal), type, result) != RC_OK) return RC_NOT_CONVERTIBLE;
+    if (ValueFromText(m_v.bstrVal, type, result) != RC_OK) return RC_NOT_CONVERTIBLE;
     SysFreeString(m_v.bstrVal);
     CommitMember(m_v, result);
     return RC_OK;

@@ -3,6 +3,7 @@
 #include "convert/numeric.h"
 #include "value/access.h"
 
+#include <bit>
 #include <charconv>
 #include <clocale>
 #include <cmath>
@@ -107,6 +108,55 @@ bool IsDigitChar(C c) noexcept {
     return c >= C('0') && c <= C('9');
 }
 
+// Runs of digits in UTF-16 text are read four code units at a time, as one
+// 64-bit word (little-endian: the first unit in the low bits), which takes
+// the per-digit loop off the path of long numbers.
+template <class C>
+constexpr bool kFourAtATime = sizeof(C) == 2 && std::endian::native == std::endian::little;
+
+// Whether the four code units at `p` are all decimal digits: 0x30 to 0x3F in
+// every lane, and no lane above 0x39 (adding 6 carries 0x3A to 0x3F into the
+// next nibble).
+template <class C>
+bool AreFourDigits(const C* p) noexcept {
+    constexpr std::uint64_t kLanes = 0xFFF0FFF0FFF0FFF0ULL;
+    constexpr std::uint64_t kZeros = 0x0030003000300030ULL;  // "0000"
+    std::uint64_t word = 0;
+    std::memcpy(&word, p, sizeof word);
+    return (word & kLanes) == kZeros && ((word + 0x0006000600060006ULL) & kLanes) == kZeros;
+}
+
+// The value of four code units known to be decimal digits, the first the
+// most significant ("1234" gives 1234).
+template <class C>
+std::uint64_t FourDigitsValue(const C* p) noexcept {
+    std::uint64_t word = 0;
+    std::memcpy(&word, p, sizeof word);
+    const std::uint64_t d = word - 0x0030003000300030ULL;  // d0 d1 d2 d3, d0 lowest
+    const std::uint64_t pairs = d * 10 + (d >> 16);         // d0d1 in lane 0, d2d3 in lane 2
+    return (pairs & 0xFFFF) * 100 + ((pairs >> 32) & 0xFFFF);
+}
+
+// The end of the run of digits starting at `i`.
+template <class C>
+std::size_t DigitsEnd(const C* text, std::size_t i, std::size_t n) noexcept {
+    if constexpr (kFourAtATime<C>) {
+        while (i + 4 <= n && AreFourDigits(text + i)) i += 4;
+    }
+    while (i < n && IsDigitChar(text[i])) ++i;
+    return i;
+}
+
+// `m` followed by the digits text[from, to), all digits.
+template <class C>
+std::uint64_t AppendDigits(std::uint64_t m, const C* text, std::size_t from, std::size_t to) noexcept {
+    if constexpr (kFourAtATime<C>) {
+        for (; from + 4 <= to; from += 4) m = m * 10000 + FourDigitsValue(text + from);
+    }
+    for (; from < to; ++from) m = m * 10 + static_cast<std::uint64_t>(text[from] - C('0'));
+    return m;
+}
+
 // The longest beginning of [text, text + n) that is a decimal number.
 template <class C>
 DecimalScan ScanDecimal(const C* text, std::size_t n) noexcept {
@@ -114,11 +164,10 @@ DecimalScan ScanDecimal(const C* text, std::size_t n) noexcept {
     std::size_t i = 0;
     if (i < n && (text[i] == C('+') || text[i] == C('-'))) scan.negative = text[i++] == C('-');
     scan.start = i;
-    while (i < n && IsDigitChar(text[i])) ++i;
+    i = DigitsEnd(text, i, n);
     const std::size_t integerEnd = i;
     if (i < n && (text[i] == C('.') || text[i] == C(','))) {
-        std::size_t j = i + 1;
-        while (j < n && IsDigitChar(text[j])) ++j;
+        const std::size_t j = DigitsEnd(text, i + 1, n);
         if (integerEnd > scan.start || j > i + 1) {
             scan.separator = i;
             i = j;
@@ -153,6 +202,42 @@ double DecimalValue(const char* number, const DecimalScan& scan) noexcept {
         value = 0.0;  // not reached: the scan accepts only what from_chars reads
     }
     return scan.negative ? -value : value;
+}
+
+// The powers of ten a double holds exactly: 10^0 to 10^22.
+constexpr double kExactPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                        1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+// The value of a scanned number in `text` (the characters the scan was made
+// on) when it needs no more than one correctly rounded operation: its digits,
+// without the separator and leading zeros, make an integer m below 2^53 and
+// its power of ten p lies within 22 of zero, so that m and 10^|p| are exact
+// doubles and m * 10^p (or m / 10^-p) is the double nearest the number, the
+// one std::from_chars reads. False for every other number.
+template <class C>
+bool ExactDecimalValue(const C* text, const DecimalScan& scan, double& value) noexcept {
+    // Nineteen digits and a separator at most, so that m cannot overflow.
+    if (scan.mantissaEnd - scan.start > 20) return false;
+    const std::size_t separator = scan.separator == std::string_view::npos ? scan.mantissaEnd : scan.separator;
+    std::uint64_t m = AppendDigits(0, text, scan.start, separator);
+    if (separator < scan.mantissaEnd) m = AppendDigits(m, text, separator + 1, scan.mantissaEnd);
+    if (m >= 1ULL << 53) return false;
+    // Each digit after the separator divides by ten.
+    long long power = scan.mantissaEnd > separator ? -static_cast<long long>(scan.mantissaEnd - separator - 1) : 0;
+    if (scan.end > scan.mantissaEnd) {  // "E", an optional sign, digits
+        std::size_t i = scan.mantissaEnd + 1;
+        const bool negative = text[i] == C('-');
+        if (text[i] == C('+') || text[i] == C('-')) ++i;
+        long long e = 0;
+        for (; i < scan.end; ++i)
+            if (e < 1000) e = e * 10 + (text[i] - C('0'));
+        power += negative ? -e : e;
+    }
+    if (power < -22 || power > 22) return false;
+    const double magnitude = power < 0 ? static_cast<double>(m) / kExactPowersOfTen[-power]
+                                       : static_cast<double>(m) * kExactPowersOfTen[power];
+    value = scan.negative ? -magnitude : magnitude;
+    return true;
 }
 
 // Reads the longest decimal number at the start of a prepared text into
@@ -242,14 +327,6 @@ long DoubleInto(double d, VARTYPE type, VARIANT& out) noexcept {
 }
 
 }  // namespace
-
-std::size_t WriteTrimmedFixed(double x, char* out) noexcept {
-    const auto result = std::to_chars(out, out + kFixedTextMax, x, std::chars_format::fixed, 15);
-    auto n = static_cast<std::size_t>(result.ptr - out);
-    while (n > 0 && out[n - 1] == '0') --n;
-    if (n > 0 && out[n - 1] == '.') out[n++] = '0';
-    return n;
-}
 
 int RuntimeDecimalSeparator(OLECHAR (&out)[2]) noexcept {
 #if defined(_WIN32)
@@ -418,10 +495,14 @@ bool PlainDecimalFromText(OleStringView trimmed, VARTYPE type, VARIANT& out, lon
     if (trimmed[0] == '0' && n > 1 && trimmed[1] != '.' && trimmed[1] != ',') return false;
     const DecimalScan scan = ScanDecimal(trimmed.data(), n);
     if (scan.end != n) return false;
-    char number[kLongest];
-    for (std::size_t k = scan.start; k < n; ++k) number[k - scan.start] = static_cast<char>(trimmed[k]);
-    if (scan.separator != std::string_view::npos) number[scan.separator - scan.start] = '.';
-    code = DoubleInto(DecimalValue(number, scan), type, out);
+    double value = 0.0;
+    if (!ExactDecimalValue(trimmed.data(), scan, value)) {
+        char number[kLongest];
+        for (std::size_t k = scan.start; k < n; ++k) number[k - scan.start] = static_cast<char>(trimmed[k]);
+        if (scan.separator != std::string_view::npos) number[scan.separator - scan.start] = '.';
+        value = DecimalValue(number, scan);
+    }
+    code = DoubleInto(value, type, out);
     return true;
 }
 
@@ -435,6 +516,34 @@ long NumberFromText(OleStringView text, VARTYPE type, VARIANT& out) noexcept {
     if (!prepared.Assign(text)) return RC_NOT_CONVERTIBLE;
     return floating ? FloatingFromText(prepared.Data(), prepared.Size(), type, out)
                     : IntegerFromText(prepared.Data(), prepared.Size(), type, out);
+}
+
+bool PlainIntegerFromText(OleStringView trimmed, VARTYPE type, VARIANT& out, long& code) noexcept {
+    const std::size_t n = trimmed.size();
+    // A "0" in front of more makes a text of another base.
+    if (n == 0 || (trimmed[0] == '0' && n > 1)) return false;
+    DigitRun run;
+    std::size_t i = 0;
+    if (trimmed[0] == '+' || trimmed[0] == '-') run.negative = trimmed[i++] == '-';
+    // Nineteen digits at most, so that the magnitude cannot overflow.
+    if (i == n || n - i > 19 || DigitsEnd(trimmed.data(), i, n) != n) return false;
+    run.magnitude = AppendDigits(0, trimmed.data(), i, n);
+    run.end = n;
+    code = FitInteger(run, 10, type, out) ? RC_OK : RC_NOT_CONVERTIBLE;
+    return true;
+}
+
+long NumberFromString(BSTR text, VARTYPE type, VARIANT& out) noexcept {
+    // A plain number holds no zero code unit: it is looked for in the whole
+    // string, before the full rules read the string up to its first zero.
+    if (text != nullptr) {
+        const OleStringView trimmed = TrimmedView(OleStringView(text, SysStringLen(text)));
+        long code = RC_NOT_CONVERTIBLE;
+        const bool floating = type == VT_R4 || type == VT_R8;
+        if (floating ? PlainDecimalFromText(trimmed, type, out, code) : PlainIntegerFromText(trimmed, type, out, code))
+            return code;
+    }
+    return NumberFromText(TextOf(text), type, out);
 }
 
 }  // namespace varion::detail

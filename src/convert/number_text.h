@@ -108,10 +108,23 @@ long FloatingFromText(char* text, std::size_t size, VARTYPE type, VARIANT& out) 
 /// `code` is the rule's result (and `out` as FloatingFromText sets it).
 bool PlainDecimalFromText(OleStringView trimmed, VARTYPE type, VARIANT& out, long& code) noexcept;
 
+/// The integer rule's common case read from the trimmed UTF-16 text itself:
+/// an optional sign and at most nineteen decimal digits, not a text of
+/// another base ("42", "-2147483648", "+007" but not "0x1F" or "017"). False
+/// when the text needs the full rule; otherwise `code` is the rule's result
+/// (and `out` as IntegerFromText sets it).
+bool PlainIntegerFromText(OleStringView trimmed, VARTYPE type, VARIANT& out, long& code) noexcept;
+
 /// The integer rule (the eight integer types) or the floating rule (VT_R4,
 /// VT_R8) on a string as it is held: prepares it and reads it. Allocates
 /// only for texts of more than 128 characters.
 long NumberFromText(OleStringView text, VARTYPE type, VARIANT& out) noexcept;
+
+/// NumberFromText on the text of a string value (up to its first zero code
+/// unit). A plain number (PlainDecimalFromText, PlainIntegerFromText) is read
+/// from the whole string first: it holds no zero code unit, so it needs no
+/// search for one.
+long NumberFromString(BSTR text, VARTYPE type, VARIANT& out) noexcept;
 
 /// One token of a byte list read as scanf's "%x" reads it: optional ASCII
 /// white space, an optional "0x" or "0X", hexadecimal digits up to the first

@@ -23,6 +23,12 @@ void CommitMember(VARIANT& target, const VARIANT& result) noexcept;
 /// allocated.
 BSTR ByteArrayText(SAFEARRAY* bytes) noexcept;
 
+/// The rule of `type` read from a string value's text (up to its first zero
+/// code unit), as ChangeFromString applies it: RC_OK with `out` holding the
+/// type code and the member, or RC_NOT_CONVERTIBLE with `out` untouched. A
+/// byte array in `out` belongs to the caller.
+long ValueFromText(BSTR text, VARTYPE type, VARIANT& out) noexcept;
+
 /// The byte-list rule: the text trimmed, split at ",", empty tokens skipped,
 /// each token scanned as "%x" into 0 to 255 ("0x01, 0xAB" gives 1, 171).
 /// RC_OK with `out` holding a new resizable byte array (the caller owns it),

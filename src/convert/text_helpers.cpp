@@ -3,6 +3,7 @@
 #include <varion/varion.h>
 
 #include "convert/number_text.h"
+#include "platform/locales.h"
 #include "value/access.h"
 
 #include <climits>
@@ -22,9 +23,9 @@ OLECHAR SeparatorIn(OleStringView text) noexcept {
     return 0;
 }
 
-// The user's decimal separator: the one in the Automation text of the
-// single 1.5.
-OLECHAR UserDecimalSeparator() noexcept {
+// The separator in the Automation text of the single 1.5 (the user's
+// locale); 0 when the text cannot be made.
+OLECHAR AutomationSeparator() noexcept {
     VARIANT number;
     VariantInit(&number);
     number.vt = VT_R4;
@@ -38,6 +39,29 @@ OLECHAR UserDecimalSeparator() noexcept {
     const OLECHAR separator = SeparatorIn(TextOf(text.bstrVal));
     VariantClear(&text);
     return separator;
+}
+
+// The user's decimal separator: the one in the Automation text of the
+// single 1.5. That text depends on the user's locale alone, so each thread
+// keeps the separator of the last locale it saw and makes the text again only
+// when the environment names another one.
+OLECHAR UserDecimalSeparator() noexcept {
+#if defined(_WIN32)
+    return AutomationSeparator();
+#else
+    struct Remembered {
+        const LocaleInfo* locale;
+        OLECHAR separator;
+    };
+    static thread_local Remembered last{nullptr, 0};
+    const LocaleInfo* locale = &UserLocale();
+    if (locale != last.locale) {
+        const OLECHAR separator = AutomationSeparator();
+        if (separator == 0) return 0;  // no memory for the text: nothing to remember
+        last = {locale, separator};
+    }
+    return last.separator;
+#endif
 }
 
 // The C library's separator, as it shows in "%.1f" of 1.5.
@@ -59,11 +83,14 @@ int CVarion::GetBase(CString& text, bool keepPrefix) noexcept {
 }
 
 void CVarion::CheckDecimalPoint(CString& text) noexcept {
-    const OLECHAR user = UserDecimalSeparator();
+    // A text without the runtime's separator has nothing to replace, whatever
+    // the user's separator is.
     const OLECHAR runtime = RuntimeSeparator();
-    if (user == 0 || runtime == 0 || user == runtime) return;
-    const int at = text.Find(runtime);
-    if (at >= 0) text.SetAt(at, user);
+    const int at = runtime == 0 ? -1 : text.Find(runtime);
+    if (at < 0) return;
+    const OLECHAR user = UserDecimalSeparator();
+    if (user == 0 || user == runtime) return;
+    text.SetAt(at, user);
 }
 
 bool CVarion::HandleNaN(CString& text) const noexcept {

@@ -109,9 +109,9 @@ long CVarion::ChangeToString(VARTYPE) noexcept {
     BSTR text = TextOfValue(m_v);
     if (text == nullptr) return RC_NOT_CONVERTIBLE;
     if (m_v.vt == kByteArray) SafeArrayDestroy(m_v.parray);
-    VARIANT result{};
-    result.vt = VT_BSTR;
-    result.bstrVal = text;
-    CommitMember(m_v, result);
+    // The string's member is the pointer: its bytes and the type code change,
+    // the rest of the value stays.
+    Store(m_v, text);
+    m_v.vt = VT_BSTR;
     return RC_OK;
 }

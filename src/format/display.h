@@ -19,6 +19,6 @@ CString PlainText(const CVarion& value);
 
 /// The scalar path: the value rendered by the first conversion of `format`
 /// with its category's reading and finishing. "%X" of VT_I4 31 gives "0x1F".
-CString ScalarText(const CVarion& value, CString format);
+CString ScalarText(const CVarion& value, const CString& format);
 
 }  // namespace varion::detail

@@ -7,8 +7,10 @@
 #include "platform/format.h"
 #include "value/access.h"
 
+#include <array>
 #include <charconv>
 #include <cstdint>
+#include <utility>
 
 namespace varion::detail {
 namespace {
@@ -29,6 +31,17 @@ constexpr ConversionRow kConversions[] = {
     {OLESTR('G'), Category::FMT_FLOAT},  {OLESTR('s'), Category::FMT_TEXT},
     {OLESTR('S'), Category::FMT_TEXT},   {OLESTR('b'), Category::FMT_BINARY},
 };
+
+// The category of every ASCII character, from the table above: the
+// conversion characters are looked for in every character of a format, so
+// each look-up is one load.
+constexpr unsigned char kNoCategory = 0xFF;
+constexpr auto kCategoryOfAscii = [] {
+    std::array<unsigned char, 128> table{};
+    table.fill(kNoCategory);
+    for (const ConversionRow& row : kConversions) table[row.conversion] = static_cast<unsigned char>(row.category);
+    return table;
+}();
 
 // How a value is read for the hexadecimal, octal and binary forms.
 enum class Read : unsigned char {
@@ -123,10 +136,11 @@ std::size_t BinaryDigits(const CVarion& v, OLECHAR* out) noexcept {
 
 // Formats `format` with its one argument into `out` (kFormatBufferSize code
 // units); the text read as the platform's buffer reads, up to its first U+0000.
-OleStringView FormatInto(const CString& format, const FormatArg& arg, OLECHAR* out) noexcept {
-    const FormatResult r = FormatOne(format.View(), arg, out, kFormatBufferSize);
+// Only a character (%c, %C) or a text (%s, %S) can put a U+0000 into it.
+OleStringView FormatInto(OleStringView format, const FormatArg& arg, bool mayHoldZero, OLECHAR* out) noexcept {
+    const FormatResult r = FormatOne(format, arg, out, kFormatBufferSize);
     const OleStringView text(out, r.length);
-    return text.substr(0, text.find(OLECHAR(0)));
+    return mayHoldZero ? text.substr(0, text.find(OLECHAR(0))) : text;
 }
 
 bool StartsWith0x(OleStringView text) noexcept {
@@ -137,19 +151,29 @@ bool StartsWith0x(OleStringView text) noexcept {
 // "." or "," in "%.1f" of 1.5; a text holding neither has nothing to replace,
 // and skipping it spares the lookup of the user's separator.
 void AdjustDecimalPoint(CString& text) noexcept {
-    if (text.View().find_first_of(OLESTR(".,")) != OleStringView::npos) CVarion::CheckDecimalPoint(text);
+    for (const OLECHAR c : text.View()) {
+        if (c == OLESTR('.') || c == OLESTR(',')) {
+            CVarion::CheckDecimalPoint(text);
+            return;
+        }
+    }
+}
+
+// `format` with `text` inserted at `at`, kept in `storage` (which `format`
+// may view).
+OleStringView Inserted(OleStringView format, std::size_t at, const OLECHAR* text, CString& storage) {
+    CString edited(format);
+    edited.Insert(static_cast<int>(at), text);
+    storage = std::move(edited);
+    return storage.View();
 }
 
 }  // namespace
 
 bool CategoryOf(OLECHAR c, Category& category) noexcept {
-    for (const ConversionRow& row : kConversions) {
-        if (row.conversion == c) {
-            category = row.category;
-            return true;
-        }
-    }
-    return false;
+    if (c >= kCategoryOfAscii.size() || kCategoryOfAscii[c] == kNoCategory) return false;
+    category = static_cast<Category>(kCategoryOfAscii[c]);
+    return true;
 }
 
 CString PlainText(const CVarion& value) {
@@ -159,28 +183,39 @@ CString PlainText(const CVarion& value) {
     return text;
 }
 
-CString ScalarText(const CVarion& value, CString f) {
-    // Plain text unless the format holds a conversion character somewhere.
-    const OleStringView given = f.View();
+CString ScalarText(const CVarion& value, const CString& given) {
+    // One pass finds the first conversion character, the first "%" and the
+    // first conversion character after it: q, the conversion formatted.
+    OleStringView format = given.View();
+    constexpr std::size_t npos = OleStringView::npos;
+    std::size_t first = npos;
+    std::size_t percent = npos;
+    std::size_t q = npos;
     Category category{};
-    bool any = false;
-    for (const OLECHAR c : given) {
-        if (CategoryOf(c, category)) {
-            any = true;
-            break;
+    Category firstCategory{};
+    for (std::size_t i = 0; i < format.size() && q == npos; ++i) {
+        if (format[i] == OLESTR('%') && percent == npos) percent = i;
+        if (!CategoryOf(format[i], category)) continue;
+        if (first == npos) {
+            first = i;
+            firstCategory = category;
         }
+        if (percent != npos) q = i;
     }
-    if (!any) return PlainText(value);
-    if (given.find(OLESTR('%')) == OleStringView::npos) f.Insert(0, OLESTR('%'));
-    const OleStringView format = f.View();
-    std::size_t q = OleStringView::npos;
-    for (std::size_t i = format.find(OLESTR('%')); i < format.size(); ++i) {
-        if (CategoryOf(format[i], category)) {
-            q = i;
-            break;
-        }
+    // Plain text unless the format holds a conversion character somewhere.
+    if (first == npos) return PlainText(value);
+    // The format is copied only where it changes: a "%" put in front of a
+    // format without one (its first conversion character is then the one
+    // formatted), a length prefix before a hexadecimal conversion.
+    CString edited;
+    if (percent == npos) {
+        format = Inserted(format, 0, OLESTR("%"), edited);
+        q = first + 1;
+        category = firstCategory;
     }
-    if (q == OleStringView::npos) return PlainText(value);
+    if (q == npos) return PlainText(value);
+    const OLECHAR conversion = format[q];
+    const bool character = conversion == OLESTR('c') || conversion == OLESTR('C');
 
     // The text is made in `body`, with room in front for the finishing prefix
     // and behind for the binary suffix, so that the result is built once.
@@ -191,28 +226,28 @@ CString ScalarText(const CVarion& value, CString f) {
     CString special;  // the NaN and infinity texts
     switch (category) {
     case Category::FMT_UNSIGNED:
-        text = FormatInto(f, FormatArg(static_cast<ULONGLONG>(value)), body);
+        text = FormatInto(format, FormatArg(static_cast<ULONGLONG>(value)), false, body);
         break;
     case Category::FMT_SIGNED:
-        text = FormatInto(f, FormatArg(static_cast<LONGLONG>(value)), body);
+        text = FormatInto(format, FormatArg(static_cast<LONGLONG>(value)), character, body);
         break;
     case Category::FMT_FLOAT:
         if (Access::HandleNaN(value, special)) {
             AdjustDecimalPoint(special);
             return special;
         }
-        text = FormatInto(f, FormatArg(static_cast<double>(value)), body);
+        text = FormatInto(format, FormatArg(static_cast<double>(value)), false, body);
         break;
     case Category::FMT_TEXT: {
         const CString own = static_cast<CString>(value);
-        text = FormatInto(f, FormatArg(own), body);
+        text = FormatInto(format, FormatArg(own), true, body);
         break;
     }
     case Category::FMT_HEX:
     case Category::FMT_OCTAL:
         if (const HexRow* row = RowOf(kHexRows, Access::Var(value).vt)) {
-            f.Insert(static_cast<int>(q), row->prefix);
-            text = FormatInto(f, FormatArg(ReadBits(value, row->read)), body);
+            if (row->prefix[0] != 0) format = Inserted(format, q, row->prefix, edited);
+            text = FormatInto(format, FormatArg(ReadBits(value, row->read)), false, body);
         } else {
             text = OleStringView(body, 0);
         }
@@ -236,7 +271,7 @@ CString ScalarText(const CVarion& value, CString f) {
         }
         break;
     case Category::FMT_BINARY:
-        if (f.View().find(OLESTR('b'), q + 1) != OleStringView::npos) {
+        if (format.find(OLESTR('b'), q + 1) != OleStringView::npos) {
             body[text.size()] = OLESTR('b');
             back = 1;
         } else {

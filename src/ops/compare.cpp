@@ -25,12 +25,16 @@ namespace {
 
 enum class Class { Signed, Unsigned, Double, Single, Tolerant };
 
+// An operand read into its class; only the member of its class is set and
+// read (i for Signed, u for Unsigned, f for Single, d for the others).
 struct Operand {
     Class cls = Class::Tolerant;
-    LONGLONG i = 0;
-    ULONGLONG u = 0;
-    double d = 0;
-    float f = 0;
+    union {
+        LONGLONG i;
+        ULONGLONG u;
+        double d = 0;
+        float f;
+    };
 };
 
 constexpr double kToleranceDivisor = 1000000.0;
@@ -43,11 +47,16 @@ enum class Relation { Equal, Less, LessEqual, Greater, GreaterEqual };
 Operand Read(const CVarion& v) {
     Operand o;
     const VARIANT& var = Access::Var(v);
+    // The integers read as they are held: each fits the signed 64-bit class
+    // (as operator LONGLONG() would read it).
     switch (var.vt) {
-    case VT_I1: case VT_UI1: case VT_I2: case VT_UI2: case VT_I4: case VT_UI4: case VT_I8: case VT_BOOL:
-        o.cls = Class::Signed;
-        o.i = static_cast<LONGLONG>(v);
-        break;
+    case VT_I1: o.cls = Class::Signed; o.i = Load<std::int8_t>(var); break;
+    case VT_UI1: case VT_BOOL: o.cls = Class::Signed; o.i = Load<std::uint8_t>(var); break;
+    case VT_I2: o.cls = Class::Signed; o.i = Load<std::int16_t>(var); break;
+    case VT_UI2: o.cls = Class::Signed; o.i = Load<std::uint16_t>(var); break;
+    case VT_I4: o.cls = Class::Signed; o.i = Load<std::int32_t>(var); break;
+    case VT_UI4: o.cls = Class::Signed; o.i = Load<std::uint32_t>(var); break;
+    case VT_I8: o.cls = Class::Signed; o.i = Load<std::int64_t>(var); break;
     case VT_UI8:
         o.cls = Class::Unsigned;
         o.u = Load<ULONGLONG>(var);
@@ -128,6 +137,14 @@ LONGLONG DurationCount(const CVarion& v) { return RoundedCount(Load<double>(Acce
 
 bool ArraysEqual(const CVarion& a, const CVarion& b);
 
+// Two operands read into their classes and compared.
+bool CompareOperands(const Operand& x, const Operand& y, Relation r);
+
+// Two numbers, compared as they are held.
+bool CompareNumberValues(const CVarion& a, const CVarion& b, Relation r) {
+    return CompareOperands(Read(a), Read(b), r);
+}
+
 // Steps shared by equality and ordering once the special groups are done:
 // a string facing a number becomes that number's type, then both operands are
 // read into their classes and compared.
@@ -137,7 +154,10 @@ bool CompareNumbers(CVarion& a, CVarion& b, Relation r) {
     const Operand x = Read(a);
     if (b.GetType() == VT_BSTR && CVarion::IsNumericType(a.GetType()) && b.SetType(a.GetType()) != RC_OK)
         return false;
-    const Operand y = Read(b);
+    return CompareOperands(x, Read(b), r);
+}
+
+bool CompareOperands(const Operand& x, const Operand& y, Relation r) {
     if (r == Relation::Equal) {
         const bool wide = [](Class c) { return c == Class::Double || c == Class::Tolerant; }(x.cls) &&
                           (y.cls == Class::Double || y.cls == Class::Tolerant);
@@ -163,7 +183,26 @@ bool CompareNumbers(CVarion& a, CVarion& b, Relation r) {
     return false;
 }
 
+// Two numbers need none of the tests for the other kinds, and no copies: a
+// copy is taken only so that a string can be converted.
+bool BothNumbers(const CVarion& a, const CVarion& b) noexcept {
+    return CVarion::IsNumericType(a.GetType()) && CVarion::IsNumericType(b.GetType());
+}
+
+bool EqualsAcrossKinds(const CVarion& left, const CVarion& right);
+bool OrdersAcrossKinds(const CVarion& left, const CVarion& right, Relation r);
+
 bool Equals(const CVarion& left, const CVarion& right) {
+    if (BothNumbers(left, right)) return CompareNumberValues(left, right, Relation::Equal);
+    return EqualsAcrossKinds(left, right);
+}
+
+bool Orders(const CVarion& left, const CVarion& right, Relation r) {
+    if (BothNumbers(left, right)) return CompareNumberValues(left, right, r);
+    return OrdersAcrossKinds(left, right, r);
+}
+
+bool EqualsAcrossKinds(const CVarion& left, const CVarion& right) {
     CVarion a(left);
     CVarion b(right);
     const VARTYPE ta = a.GetType();
@@ -180,7 +219,7 @@ bool Equals(const CVarion& left, const CVarion& right) {
     return CompareNumbers(a, b, Relation::Equal);
 }
 
-bool Orders(const CVarion& left, const CVarion& right, Relation r) {
+bool OrdersAcrossKinds(const CVarion& left, const CVarion& right, Relation r) {
     if (left.isArray()) return false;
     CVarion a(left);
     CVarion b(right);

@@ -4,6 +4,7 @@
 // prefixes, three-digit exponents, the locale's decimal separator).
 #include "platform/format.h"
 
+#include <array>
 #include <charconv>
 #include <clocale>
 #include <cmath>
@@ -173,6 +174,11 @@ bool ParseSpec(OleStringView f, std::size_t& pos, Spec& spec) noexcept {
 template <class Sink>
 void EmitNumber(Sink& sink, const Spec& spec, std::string_view prefix, std::size_t zeros, std::string_view body,
                 bool zeroPad, OLECHAR point) {
+    if (spec.width == 0 && zeros == 0) {  // no field to fill: "%X", "%.2f"
+        sink.Ascii(prefix, point);
+        sink.Ascii(body, point);
+        return;
+    }
     const std::size_t length = prefix.size() + zeros + body.size();
     const auto width = static_cast<std::size_t>(spec.width);
     std::size_t pad = width > length ? width - length : 0;
@@ -342,22 +348,29 @@ int ExponentOf(const char* text, std::size_t length) noexcept {
 __extension__ typedef unsigned __int128 Uint128;
 #endif
 
+// 10^p, and 2^53 / 10^p (the largest x the quick way takes), for p = 0 to 15.
+constexpr std::uint64_t kPowersOfTen[] = {1ULL, 10ULL, 100ULL, 1000ULL, 10000ULL, 100000ULL, 1000000ULL,
+                                          10000000ULL, 100000000ULL, 1000000000ULL, 10000000000ULL,
+                                          100000000000ULL, 1000000000000ULL, 10000000000000ULL,
+                                          100000000000000ULL, 1000000000000000ULL};
+constexpr auto kQuickFixedLimits = [] {
+    std::array<double, std::size(kPowersOfTen)> limits{};
+    for (std::size_t p = 0; p < limits.size(); ++p) limits[p] = 9007199254740992.0 / static_cast<double>(kPowersOfTen[p]);
+    return limits;
+}();
+
 std::size_t QuickFixed(char* buf, double x, int precision) noexcept {
 #if defined(__SIZEOF_INT128__)
-    constexpr std::uint64_t kPowers[] = {1ULL, 10ULL, 100ULL, 1000ULL, 10000ULL, 100000ULL, 1000000ULL,
-                                         10000000ULL, 100000000ULL, 1000000000ULL, 10000000000ULL,
-                                         100000000000ULL, 1000000000000ULL, 10000000000000ULL,
-                                         100000000000000ULL, 1000000000000000ULL};
     if (precision < 0 || precision > 15) return 0;
-    const std::uint64_t scale = kPowers[precision];
-    if (!(x < 9007199254740992.0 / static_cast<double>(scale))) return 0;
+    const auto p = static_cast<std::size_t>(precision);
+    if (!(x < kQuickFixedLimits[p])) return 0;
     std::uint64_t bits = 0;
     std::memcpy(&bits, &x, sizeof bits);
     const auto biased = static_cast<int>(bits >> 52) & 0x7FF;
     const std::uint64_t fraction = bits & ((1ULL << 52) - 1);
     const std::uint64_t m = biased == 0 ? fraction : fraction | (1ULL << 52);
     const int shift = biased == 0 ? 1074 : 1075 - biased;  // x = m * 2^-shift
-    const Uint128 product = static_cast<Uint128>(m) * scale;
+    const Uint128 product = static_cast<Uint128>(m) * kPowersOfTen[p];
     std::uint64_t n = 0;
     if (shift <= 0) {
         n = static_cast<std::uint64_t>(product << -shift);
@@ -367,26 +380,19 @@ std::size_t QuickFixed(char* buf, double x, int precision) noexcept {
         const Uint128 half = static_cast<Uint128>(1) << (shift - 1);
         if (rest > half || (rest == half && (n & 1U))) ++n;
     }  // else x * 10^p < 2^-16: rounds to 0
-    char digits[24];
-    const auto r = std::to_chars(digits, digits + sizeof digits, n);
-    const auto count = static_cast<std::size_t>(r.ptr - digits);
-    const auto p = static_cast<std::size_t>(precision);
-    std::size_t length = 0;
-    if (count <= p) {  // 0.<zeros><digits>
-        buf[length++] = '0';
-        buf[length++] = '.';
-        for (std::size_t i = count; i < p; ++i) buf[length++] = '0';
-        std::memcpy(buf + length, digits, count);
-        length += count;
-    } else {  // <whole digits>[.<p digits>]
-        std::memcpy(buf, digits, count - p);
-        length = count - p;
-        if (p > 0) {
-            buf[length++] = '.';
-            std::memcpy(buf + length, digits + count - p, p);
-            length += p;
-        }
-    }
+    // n written from its last digit, the point p digits from the end and at
+    // least one digit before it: (314, 2) gives "3.14", (5, 2) "0.05".
+    std::size_t digits = 1;
+    for (std::uint64_t rest = n; rest >= 10; rest /= 10) ++digits;
+    const std::size_t whole = digits > p ? digits - p : 1;
+    const std::size_t length = whole + (p > 0 ? p + 1 : 0);
+    char* out = buf + length;
+    for (std::size_t i = 0; i < p; ++i, n /= 10) *--out = static_cast<char>('0' + n % 10);
+    if (p > 0) *--out = '.';
+    do {
+        *--out = static_cast<char>('0' + n % 10);
+        n /= 10;
+    } while (out != buf);
     return length;
 #else
     (void)buf;
@@ -494,6 +500,52 @@ bool Render(Sink& sink, const Spec& spec, const FormatArg& arg) {
 }
 
 // ---------------------------------------------------------------------------
+// A bare conversion: the whole format is "%d", "%i", "%u", "%x", "%X", "%o" or
+// "%.<digit>f", which is what display formats mostly are. It is written here
+// by the general path's rules (the low 32 bits of an integer without a length
+// prefix; the C library's decimal separator) without the general path's
+// machinery. False for everything else (other formats, other kinds of
+// argument, values the quick fixed-point digits do not cover), which the
+// general path then writes.
+// ---------------------------------------------------------------------------
+bool WriteBare(OleStringView format, const FormatArg& arg, FixedSink& sink) noexcept {
+    if (format.size() < 2 || format[0] != OLESTR('%')) return false;
+    const OLECHAR conv = format.back();
+    const bool integer = arg.kind() == FormatArg::Kind::Signed || arg.kind() == FormatArg::Kind::Unsigned;
+    if (format.size() == 2 && integer) {
+        const bool isSigned = conv == OLESTR('d') || conv == OLESTR('i');
+        const int base = conv == OLESTR('o') ? 8 : (conv == OLESTR('x') || conv == OLESTR('X')) ? 16 : 10;
+        if (!isSigned && base == 10 && conv != OLESTR('u')) return false;
+        const auto low = static_cast<std::uint32_t>(arg.bits());
+        char text[16];
+        std::size_t n = 0;
+        std::uint32_t magnitude = low;
+        if (isSigned && (low >> 31) != 0) {
+            text[n++] = '-';
+            magnitude = 0U - low;
+        }
+        n = static_cast<std::size_t>(std::to_chars(text + n, text + sizeof text, magnitude, base).ptr - text);
+        if (conv == OLESTR('X'))
+            for (std::size_t i = 0; i < n; ++i)
+                if (text[i] >= 'a') text[i] = static_cast<char>(text[i] - 'a' + 'A');
+        sink.Ascii(std::string_view(text, n), OLESTR('.'));
+        return true;
+    }
+    if (format.size() == 4 && format[1] == OLESTR('.') && IsDigit(format[2]) && conv == OLESTR('f') &&
+        arg.kind() == FormatArg::Kind::Double && std::isfinite(arg.number())) {
+        const double x = arg.number();
+        char text[48];
+        const std::size_t sign = std::signbit(x) ? 1 : 0;
+        text[0] = '-';
+        const std::size_t body = QuickFixed(text + sign, std::fabs(x), format[2] - OLESTR('0'));
+        if (body == 0) return false;
+        sink.Ascii(std::string_view(text, sign + body), DecimalPoint());
+        return true;
+    }
+    return false;
+}
+
+// ---------------------------------------------------------------------------
 // The format: literal runs, "%%" and conversions, each taking the next argument.
 // ---------------------------------------------------------------------------
 template <class Sink>
@@ -529,7 +581,11 @@ FormatStatus Run(OleStringView format, const FormatArg* args, std::size_t count,
 FormatResult FormatOne(OleStringView format, const FormatArg& arg, OLECHAR* out, std::size_t capacity) noexcept {
     if (out == nullptr || capacity == 0) return {FormatStatus::Overflow, 0};  // not even room for the terminator
     FixedSink sink(out, capacity);
-    const FormatStatus status = Run(format, &arg, 1, sink);
+    FormatStatus status = FormatStatus::Ok;
+    if (WriteBare(format, arg, sink))
+        status = sink.Overflowed() ? FormatStatus::Overflow : FormatStatus::Ok;
+    else
+        status = Run(format, &arg, 1, sink);
     if (status != FormatStatus::Ok) {
         out[0] = 0;
         return {status, 0};

@@ -2,6 +2,13 @@
 #include "platform/locales.h"
 
 #include <cstdlib>
+#include <cstring>
+#include <iterator>
+#include <string>
+
+#if !defined(_WIN32)
+extern char** environ;
+#endif
 
 namespace varion::detail {
 namespace {
@@ -129,12 +136,78 @@ const LocaleInfo& LocaleFromName(std::string_view name) noexcept {
     return InvariantLocale();
 }
 
-const LocaleInfo& UserLocale() noexcept {
-    for (const char* variable : {"LC_ALL", "LC_TIME", "LANG"}) {
-        const char* value = std::getenv(variable);
-        if (value != nullptr && value[0] != 0) return LocaleFromName(value);
+namespace {
+
+// The three variables that name the user's locale, in the order they count.
+constexpr const char* kLocaleVariables[] = {"LC_ALL=", "LC_TIME=", "LANG="};
+
+// The value in `entry` ("NAME=value") when its name is that of `variable`
+// ("NAME="); else null.
+const char* ValueOf(const char* entry, const char* variable) noexcept {
+    for (; *variable != 0; ++entry, ++variable)
+        if (*entry != *variable) return nullptr;
+    return entry;
+}
+
+bool SameText(const char* a, const char* b) noexcept {
+    for (; *a == *b; ++a, ++b)
+        if (*a == 0) return true;
+    return false;
+}
+
+// The value of the first of LC_ALL, LC_TIME and LANG that is set and not
+// empty, or null. One pass over the environment finds all three, where three
+// getenv calls would pass over it three times; each variable is the first
+// entry of its name, as getenv finds it.
+const char* UserLocaleName() noexcept {
+#if defined(_WIN32)
+    for (const char* variable : kLocaleVariables) {
+        const std::string name(variable, std::strlen(variable) - 1);
+        const char* value = std::getenv(name.c_str());
+        if (value != nullptr && value[0] != 0) return value;
     }
-    return InvariantLocale();
+    return nullptr;
+#else
+    const char* found[std::size(kLocaleVariables)] = {};
+    for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+        const char* e = *entry;
+        if (e[0] != 'L') continue;  // none of the three: most entries stop here
+        // The second and fourth characters tell the three apart.
+        std::size_t i = std::size(found);
+        if (e[1] == 'A')
+            i = 2;
+        else if (e[1] == 'C' && e[2] == '_' && (e[3] == 'A' || e[3] == 'T'))
+            i = e[3] == 'A' ? 0 : 1;
+        if (i < std::size(found) && found[i] == nullptr) found[i] = ValueOf(e, kLocaleVariables[i]);
+        if (found[0] != nullptr && found[0][0] != 0) break;  // LC_ALL decides; nothing after it counts
+    }
+    for (const char* value : found)
+        if (value != nullptr && value[0] != 0) return value;
+    return nullptr;
+#endif
+}
+
+}  // namespace
+
+const LocaleInfo& UserLocale() noexcept {
+    const char* name = UserLocaleName();
+    if (name == nullptr) return InvariantLocale();
+    // The row of the last name this thread resolved: comparing a short name
+    // is cheaper than matching it against the table. The name is compared
+    // whole on every call, so a changed environment is always seen.
+    struct LastName {
+        char text[32];
+        const LocaleInfo* row;
+    };
+    static thread_local LastName last{{}, nullptr};
+    if (last.row != nullptr && SameText(last.text, name)) return *last.row;
+    const LocaleInfo& row = LocaleFromName(name);
+    const std::size_t length = std::strlen(name);
+    if (length < sizeof last.text) {
+        std::memcpy(last.text, name, length + 1);
+        last.row = &row;
+    }
+    return row;
 }
 
 const LocaleInfo* LocaleFromLcid(LCID lcid) noexcept {

@@ -8,7 +8,8 @@
 // de-DE row; "C", "POSIX", "C.UTF-8" and an unset environment the invariant
 // row; an unknown country the first row of its language ("de_LU" gives de-DE);
 // an unknown language the invariant row. The environment is read on every
-// call, nothing is cached.
+// call; only the row of the last name seen is remembered, per thread, and
+// the name is compared with it on every call.
 #pragma once
 
 #include <varion/platform/automation.h>

@@ -1,36 +1,18 @@
 // Internal access to a CVarion's storage and private members.
 //
 // Subsystems read and write the VARIANT a value is laid out as through these
-// helpers; value-field reads and writes go through memcpy so that any member
-// may be read after any other was written.
+// helpers; value-field reads and writes go through Load and Store
+// (<varion/detail/numeric_cast.h>), which copy bytes so that any member may be
+// read after any other was written.
 #pragma once
 
 #include <varion/varion.h>
-
-#include <cstring>
-#include <type_traits>
 
 namespace varion::detail {
 
 constexpr VARTYPE kByteArray = VT_ARRAY | VT_UI1;
 
 constexpr bool IsArrayType(VARTYPE vt) noexcept { return (vt & VT_ARRAY) != 0; }
-
-/// The value field read as T (its first sizeof(T) bytes).
-template <class T>
-T Load(const VARIANT& v) noexcept {
-    static_assert(std::is_trivially_copyable_v<T> && sizeof(T) <= 8);
-    T x;
-    std::memcpy(&x, &v.llVal, sizeof(T));
-    return x;
-}
-
-/// Writes T into the first sizeof(T) bytes of the value field; the rest stays.
-template <class T>
-void Store(VARIANT& v, T x) noexcept {
-    static_assert(std::is_trivially_copyable_v<T> && sizeof(T) <= 8);
-    std::memcpy(&v.llVal, &x, sizeof(T));
-}
 
 struct Access {
     static VARIANT& Var(CVarion& v) noexcept { return v.m_v; }

@@ -1,4 +1,5 @@
-// The type catalogue: predicates and the device-description type mapping.
+// The type catalogue: the numeric reading and the device-description type
+// mapping (the type predicates are inline in the public header).
 #include <varion/varion.h>
 
 namespace {
@@ -50,33 +51,6 @@ constexpr DDTypeRow kDDTypes[] = {
 // clang-format on
 
 }  // namespace
-
-bool CVarion::IsNativeVariant(VARTYPE type) noexcept {
-    return type != VTX_DURATION && type != VTX_DURATION_MSF && type != VTX_ISO_DURATION &&
-           type != VTX_ISO_DATETIME;
-}
-
-bool CVarion::IsNumericType(VARTYPE type) noexcept {
-    switch (type) {
-    case VT_I2: case VT_I4: case VT_R4: case VT_R8: case VT_BOOL:
-    case VT_I1: case VT_UI1: case VT_UI2: case VT_UI4: case VT_I8: case VT_UI8:
-        return true;
-    default:
-        return false;
-    }
-}
-
-bool CVarion::IsStringType(VARTYPE type) noexcept { return type == VT_BSTR; }
-
-bool CVarion::IsAnyDateType(VARTYPE type) noexcept { return IsDateTimeType(type) || IsDurationType(type); }
-
-bool CVarion::IsDateTimeType(VARTYPE type) noexcept {
-    return type == VT_DATE || type == VTX_DATETIME_ALT || type == VTX_DATETIME || type == VTX_ISO_DATETIME;
-}
-
-bool CVarion::IsDurationType(VARTYPE type) noexcept {
-    return type == VTX_DURATION || type == VTX_DURATION_MSF || type == VTX_ISO_DURATION;
-}
 
 int CVarion::IsNumeric() const noexcept {
     const VARTYPE t = m_v.vt;

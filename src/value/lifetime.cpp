@@ -18,12 +18,6 @@ void Reset(VARIANT& v, VARTYPE vt) noexcept {
     v.vt = vt;
 }
 
-template <class T>
-void Make(VARIANT& v, VARTYPE vt, T x) noexcept {
-    Reset(v, vt);
-    Store(v, x);
-}
-
 // Sets a member and the type code of an existing value; the reserved words and
 // the value bytes beyond the member stay as they are.
 template <class T>
@@ -58,35 +52,6 @@ void MakeConvertedString(VARIANT& v, const Char* text) noexcept {
 
 }  // namespace
 
-CVarion::CVarion() noexcept { Reset(m_v, VT_EMPTY); }
-CVarion::CVarion(bool value) noexcept { Make<std::uint8_t>(m_v, VT_BOOL, value ? 1 : 0); }
-CVarion::CVarion(char value) noexcept { Make(m_v, VT_I1, static_cast<signed char>(value)); }
-CVarion::CVarion(signed char value) noexcept { Make(m_v, VT_I1, value); }
-CVarion::CVarion(unsigned char value) noexcept { Make(m_v, VT_UI1, value); }
-CVarion::CVarion(short value) noexcept { Make(m_v, VT_I2, value); }
-CVarion::CVarion(unsigned short value) noexcept { Make(m_v, VT_UI2, value); }
-CVarion::CVarion(int value) noexcept { Make(m_v, VT_I4, static_cast<std::int32_t>(value)); }
-CVarion::CVarion(unsigned int value) noexcept { Make(m_v, VT_UI4, static_cast<std::uint32_t>(value)); }
-
-CVarion::CVarion(long value) noexcept {
-    if (value >= INT32_MIN && value <= INT32_MAX)
-        Make(m_v, VT_I4, static_cast<std::int32_t>(value));
-    else
-        Make(m_v, VT_I8, static_cast<LONGLONG>(value));
-}
-
-CVarion::CVarion(unsigned long value) noexcept {
-    if (value <= UINT32_MAX)
-        Make(m_v, VT_UI4, static_cast<std::uint32_t>(value));
-    else
-        Make(m_v, VT_UI8, static_cast<ULONGLONG>(value));
-}
-
-CVarion::CVarion(LONGLONG value) noexcept { Make(m_v, VT_I8, value); }
-CVarion::CVarion(ULONGLONG value) noexcept { Make(m_v, VT_UI8, value); }
-CVarion::CVarion(float value) noexcept { Make(m_v, VT_R4, value); }
-CVarion::CVarion(double value) noexcept { Make(m_v, VT_R8, value); }
-
 CVarion::CVarion(const OLECHAR* text) noexcept { MakeString(m_v, text); }
 
 #if !defined(_WIN32)
@@ -112,7 +77,7 @@ void CVarion::CopyContent(const CVarion& other) noexcept {
     }
 }
 
-void CVarion::Clear() noexcept {
+void CVarion::ReleaseContent() noexcept {
     if (m_v.vt == VT_BSTR && m_v.bstrVal != nullptr) {
         SysFreeString(m_v.bstrVal);
         m_v.bstrVal = nullptr;
@@ -121,10 +86,9 @@ void CVarion::Clear() noexcept {
         SafeArrayDestroy(m_v.parray);
         m_v.parray = nullptr;
     }
-    m_v.vt = VT_EMPTY;
 }
 
-CVarion& CVarion::operator=(const CVarion& other) noexcept {
+CVarion& CVarion::AssignContent(const CVarion& other) noexcept {
     if (this == &other) return *this;
     VARIANT& d = m_v;
     const VARIANT& s = other.m_v;

@@ -1,0 +1,75 @@
+// The user's locale is found in one pass over the environment, and the row
+// of the last name seen is remembered: the pass must find exactly what
+// getenv finds, and nothing the environment says may be missed because a row
+// was remembered.
+#include "platform/locales.h"
+#include "support/test_support.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+using varion::detail::UserLocale;
+using varion::test::ScopedEnv;
+
+namespace {
+
+std::string UserRow() { return UserLocale().name; }
+
+TEST(UserLocaleName, OnlyTheThreeVariablesCountInTheirOrder) {
+    const struct {
+        const char* variable;
+        const char* value;
+        const char* row;
+    } cases[] = {
+        // Look-alike names are other variables.
+        {"LANGUAGE", "de_DE.UTF-8", "en-US"},
+        {"LC_ALLX", "de_DE.UTF-8", "en-US"},
+        {"LC_TIMEZONE", "de_DE.UTF-8", "en-US"},
+        {"LC_NUMERIC", "de_DE.UTF-8", "en-US"},
+        {"LC_TIME", "de_DE.UTF-8", "de-DE"},
+        {"LC_ALL", "fr_FR.UTF-8", "fr-FR"},
+        {"LC_ALL", "", "en-US"},  // empty: skipped
+        {"LC_TIME", "", "en-US"},
+    };
+    ScopedEnv all("LC_ALL", nullptr);
+    ScopedEnv time("LC_TIME", nullptr);
+    ScopedEnv lang("LANG", "en_US.UTF-8");
+    ASSERT_EQ(UserRow(), "en-US");
+    for (const auto& c : cases) {
+        ScopedEnv set(c.variable, c.value);
+        EXPECT_EQ(UserRow(), c.row) << c.variable << "=" << c.value;
+    }
+    EXPECT_EQ(UserRow(), "en-US");  // every variable put back
+}
+
+TEST(UserLocaleName, EveryChangeIsSeenWhateverWasRemembered) {
+    ScopedEnv all("LC_ALL", nullptr);
+    ScopedEnv time("LC_TIME", nullptr);
+    ScopedEnv lang("LANG", "de_DE.UTF-8");
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_EQ(UserRow(), "de-DE");
+        {
+            ScopedEnv english("LANG", "en_GB.UTF-8");
+            EXPECT_EQ(UserRow(), "en-GB");
+        }
+        EXPECT_EQ(UserRow(), "de-DE");
+        // A name longer than the remembered ones is matched every time.
+        ScopedEnv longName("LANG", "nl_NL.UTF-8@a-modifier-long-enough-not-to-be-remembered");
+        EXPECT_EQ(UserRow(), "nl-NL");
+    }
+
+    // A string given to putenv stays the environment's: changed in place, the
+    // environment changes with it.
+    static char entry[] = "LC_ALL=it_IT.UTF-8";
+    ASSERT_EQ(putenv(entry), 0);
+    EXPECT_EQ(UserRow(), "it-IT");
+    std::memcpy(entry + 7, "es", 2);
+    EXPECT_EQ(UserRow(), "es-ES");
+    unsetenv("LC_ALL");
+    EXPECT_EQ(UserRow(), "de-DE");
+}
+
+}  // namespace
