@@ -13,7 +13,6 @@ namespace {
 
 #if defined(__SIZEOF_INT128__)
 __extension__ typedef unsigned __int128 Uint128;
-#endif
 
 // The two-digit texts "00" to "99", one after the other.
 constexpr auto kDigitPairs = [] {
@@ -30,10 +29,11 @@ void WriteDigits(std::uint64_t n, std::size_t count, char* out) noexcept {
     char* end = out + count;
     for (; count >= 2; count -= 2, n /= 100) {
         end -= 2;
-        std::memcpy(end, &kDigitPairs[2 * (n % 100)], 2);
+        std::memcpy(end, &kDigitPairs[static_cast<std::size_t>(2 * (n % 100))], 2);
     }
     if (count == 1) *--end = static_cast<char>('0' + n % 10);
 }
+#endif
 
 // WriteTrimmedFixed's text by exact integer arithmetic, for every finite x
 // below 2^64 in magnitude: x = m * 2^-k splits into the whole part m >> k and
