@@ -63,18 +63,6 @@ std::vector<DateCase> DateCases() {
     };
 }
 
-double AsDouble(const CVarion& v) {
-    switch (v.GetType()) {
-    case VT_I1: return FieldOf<std::int8_t>(v);
-    case VT_I4: return FieldOf<std::int32_t>(v);
-    case VT_UI4: return FieldOf<std::uint32_t>(v);
-    case VT_I8: return static_cast<double>(FieldOf<std::int64_t>(v));
-    case VT_UI8: return static_cast<double>(FieldOf<std::uint64_t>(v));
-    case VT_R4: return FieldOf<float>(v);
-    default: return FieldOf<double>(v);
-    }
-}
-
 TEST(NumbersAndDates, ConversionsBothWays) {
     for (const DateCase& c : DateCases()) {
         CVarion v(c.source);
@@ -82,15 +70,12 @@ TEST(NumbersAndDates, ConversionsBothWays) {
         EXPECT_EQ(v.SetType(c.target), c.code) << c.name;
         if (c.code != RC_OK) {
             EXPECT_EQ(Bytes(v), before) << c.name;
-            continue;
+        } else {
+            EXPECT_EQ(v.GetType(), c.target) << c.name;
+            EXPECT_EQ(NumberOf(v), c.expected) << c.name;
         }
-        const VARTYPE expectedType = c.target;
-        EXPECT_EQ(v.GetType(), expectedType) << c.name;
-        EXPECT_EQ(AsDouble(v), c.expected) << c.name;
     }
-}
-
-TEST(NumbersAndDates, PrivateRoutesRefuseForeignKinds) {
+    // The routes behind SetType refuse the kinds they are not for.
     CVarion text("5");
     EXPECT_EQ(varion::detail::Access::ChangeNumericToDate(text, VT_DATE), RC_NOT_CONVERTIBLE);
     EXPECT_EQ(varion::detail::Access::ChangeDateToNumeric(text, VT_I4), RC_NOT_CONVERTIBLE);
