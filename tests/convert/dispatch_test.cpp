@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <optional>
 #include <sstream>
 #include <vector>
 
@@ -73,26 +74,28 @@ TEST(Dispatch, EveryKindIntoEveryKind) {
     }
 }
 
-bool IsCatalogueCode(VARTYPE t) {
-    return t == VT_EMPTY || CVarion::IsNumericType(t) || t == VT_BSTR || CVarion::IsAnyDateType(t) || t == 0x2011;
+// The answer of SetType that does not depend on the text and date routes;
+// nullopt where it does.
+std::optional<long> RouteFreeAnswer(VARTYPE from, VARTYPE to) {
+    const bool catalogued = to == VT_EMPTY || CVarion::IsNumericType(to) || to == VT_BSTR || CVarion::IsAnyDateType(to) || to == kBytes;
+    if (to == from) return RC_OK;
+    if ((from & VT_ARRAY) && from != kBytes) return RC_NOT_APPLICABLE;
+    if (to == VT_EMPTY) return RC_OK;
+    if (!catalogued) return RC_NOT_CONVERTIBLE;
+    if (from == VT_EMPTY) return RC_OK;
+    if (to == kBytes && from != VT_BSTR) return RC_NOT_CONVERTIBLE;
+    return std::nullopt;
 }
 
-std::vector<CVarion> Sources() {
-    std::vector<CVarion> s = {CVarion(), CVarion(5), CVarion(2.5), CVarion(true), CVarion(static_cast<ULONGLONG>(-1)),
-                              CVarion(OLESTR("5")), Raw(VT_DATE, 2.0), Raw(VTX_DURATION, 1.5),
-                              Raw(VTX_ISO_DATETIME, 45000.25)};
-    s.emplace_back(VT_UI1, 3, 0);
-    s.emplace_back(VT_I4, 3, 0);
-    s.emplace_back(VT_BSTR, 0, 0);
-    s.push_back(Raw<IUnknown*>(VT_UNKNOWN, nullptr));
-    return s;
-}
-
-// Every code from 0 to 0xFFFF from every kind of source: the answers that do
-// not depend on the text and date routes are checked exactly; every answer
-// is a result code, and a failure leaves the value byte-for-byte as it was.
+// Every code from 0 to 0xFFFF from every kind of source: every answer is a
+// result code, a failure leaves the value byte-for-byte as it was, and a
+// success gives the type asked for (date-times from text give VT_DATE).
 TEST(Dispatch, EveryTypeCodeFromEveryKindOfSource) {
-    for (const CVarion& source : Sources()) {
+    std::vector<CVarion> sources = {CVarion(), CVarion(5), CVarion(2.5), CVarion(true), CVarion(static_cast<ULONGLONG>(-1)),
+                                    CVarion(OLESTR("5")), Raw(VT_DATE, 2.0), Raw(VTX_DURATION, 1.5),
+                                    Raw(VTX_ISO_DATETIME, 45000.25), Raw<IUnknown*>(VT_UNKNOWN, nullptr)};
+    for (const VARTYPE arrayOf : {VT_UI1, VT_I4, VT_BSTR}) sources.emplace_back(arrayOf, 3, 0);
+    for (const CVarion& source : sources) {
         const VARTYPE from = source.GetType();
         for (unsigned code = 0; code <= 0xFFFF; ++code) {
             const auto to = static_cast<VARTYPE>(code);
@@ -100,28 +103,14 @@ TEST(Dispatch, EveryTypeCodeFromEveryKindOfSource) {
             const auto before = Bytes(v);
             const long rc = v.SetType(to);
             ASSERT_TRUE(rc == RC_OK || rc == RC_NOT_APPLICABLE || rc == RC_NOT_CONVERTIBLE || rc == RC_ABOVE_MAX ||
-                        rc == RC_BELOW_MIN)
-                << rc;
+                        rc == RC_BELOW_MIN) << rc;
+            if (const auto want = RouteFreeAnswer(from, to)) {
+                ASSERT_EQ(rc, *want) << "from " << from << " to " << code;
+            }
             if (rc != RC_OK) {
                 ASSERT_EQ(Bytes(v), before) << "from " << from << " to " << code;
-            }
-
-            if (to == from) {
-                ASSERT_EQ(rc, RC_OK);
-            } else if ((from & VT_ARRAY) && from != 0x2011) {
-                ASSERT_EQ(rc, RC_NOT_APPLICABLE) << "from " << from << " to " << code;
-            } else if (to == VT_EMPTY) {
-                ASSERT_EQ(rc, RC_OK);
-                ASSERT_EQ(v.GetType(), VT_EMPTY);
-            } else if (from == VT_EMPTY) {
-                ASSERT_EQ(rc, IsCatalogueCode(to) ? RC_OK : RC_NOT_CONVERTIBLE) << code;
-            } else if (!IsCatalogueCode(to)) {
-                ASSERT_EQ(rc, RC_NOT_CONVERTIBLE) << "from " << from << " to " << code;
-            } else if (to == 0x2011 && from != VT_BSTR) {
-                ASSERT_EQ(rc, RC_NOT_CONVERTIBLE) << "from " << from;
-            }
-            if (rc == RC_OK && to != VT_BSTR && !CVarion::IsDateTimeType(to)) {
-                ASSERT_EQ(v.GetType(), to);
+            } else if (to != VT_BSTR && !CVarion::IsDateTimeType(to)) {
+                ASSERT_EQ(v.GetType(), to) << "from " << from;
             }
         }
     }
@@ -155,14 +144,11 @@ TEST(ConversionOperators, ReadThroughTheConversion) {
     EXPECT_EQ(static_cast<long>(CVarion(-2.5)), -3);
     EXPECT_EQ(static_cast<long>(CVarion(static_cast<LONGLONG>(1) << 40)), 0);  // beyond 32 bits
     EXPECT_EQ(static_cast<LONGLONG>(CVarion(static_cast<LONGLONG>(1) << 40)), static_cast<LONGLONG>(1) << 40);
-    EXPECT_EQ(static_cast<unsigned long>(CVarion(-1)), 0u);
-    EXPECT_EQ(static_cast<ULONGLONG>(CVarion(static_cast<ULONGLONG>(-1))), static_cast<ULONGLONG>(-1));
     EXPECT_EQ(static_cast<short>(CVarion(-32768)), -32768);
     EXPECT_EQ(static_cast<unsigned short>(CVarion(65536)), 0);
     EXPECT_EQ(static_cast<char>(CVarion(-128)), -128);
     EXPECT_EQ(static_cast<float>(CVarion(1e39)), 0.0f);
     EXPECT_EQ(static_cast<double>(CVarion(0.1f)), static_cast<double>(0.1f));
-    EXPECT_EQ(static_cast<double>(CVarion()), 0.0);
     EXPECT_EQ(static_cast<double>(CVarion(VT_I4, 2, 0)), 0.0);
     EXPECT_EQ(varion::test::Utf8(static_cast<CString>(CVarion(OLESTR("abc")))), "abc");
     EXPECT_EQ(varion::test::Utf8(static_cast<CString>(CVarion(VT_I4, 2, 0))), "");
