@@ -31,7 +31,7 @@ void CheckAll(const Case (&cases)[N]) {
     for (const Case& c : cases) EXPECT_EQ(Show(c.value, c.format), c.expected) << c.value.GetType() << " " << c.format;
 }
 
-TEST(DisplayCategories, EveryCategoryOnEveryScalarType) {
+TEST(DisplayCategories, EveryCategoryOnEveryScalarTypeAndFloatingFormats) {
     // The C library and the user (en-US) both write "." here.
     ScopedUserLocale user("en_US.UTF-8");
     VARION_REQUIRE_USER_LOCALE(user);
@@ -71,6 +71,20 @@ TEST(DisplayCategories, EveryCategoryOnEveryScalarType) {
         };
         for (const auto& [format, expected] : formats) EXPECT_EQ(Show(r.value, format), expected) << r.s << " " << format;
     }
+    // Floating formats and the texts of the non-numbers.
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double inf = std::numeric_limits<double>::infinity();
+    const Case cases[] = {
+        {CVarion(3.14159), "%5.2f", " 3.14"}, {CVarion(3.14159), "5.2f", " 3.14"},
+        {CVarion(12.5), "Speed: %5.1f km/h", "Speed:  12.5 km/h"}, {CVarion(1.5), "%e", "1.500000e+000"},
+        {CVarion(1e-5), "%g", "1e-005"}, {CVarion(1.5f), "%G", "1.5"}, {CVarion(42), "%.2f", "42.00"},
+        {CVarion(nan), "%f", "< Not a Number (NaN) >"}, {CVarion(nan), "", "< Not a Number (NaN) >"},
+        {CVarion(inf), "%5.2f", "< +/- Infinity >"}, {CVarion(-inf), "%e", "< +/- Infinity >"},
+        {CVarion(static_cast<float>(inf)), "%g", "< +/- Infinity >"},
+        {CVarion(nan), "%d", "0"},  // NaN has no integer reading
+        {CVarion(2.0), "%s", "2.0"}, {CVarion(2.5), "[%6s]", "[   2.5]"},
+    };
+    CheckAll(cases);
 }
 
 TEST(DisplayCategories, FinishingStepsAndIntegerConversions) {
@@ -107,24 +121,6 @@ TEST(DisplayCategories, FinishingStepsAndIntegerConversions) {
         {CVarion(42), "%I32d", ""}, {CVarion(42), "%Lf", ""}, {CVarion(42), "%1000d", ""}, {CVarion(42), "%100d", ""},
         {CVarion(42), "%99d", std::string(97, ' ') + "42"},
         {CVarion(42), "%%d", "%d"},  // the first conversion character follows "%%"
-    };
-    CheckAll(cases);
-}
-
-TEST(DisplayCategories, FloatingValuesAndTheirNonNumbers) {
-    ScopedUserLocale user("en_US.UTF-8");
-    VARION_REQUIRE_USER_LOCALE(user);
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    const double inf = std::numeric_limits<double>::infinity();
-    const Case cases[] = {
-        {CVarion(3.14159), "%5.2f", " 3.14"}, {CVarion(3.14159), "5.2f", " 3.14"},
-        {CVarion(12.5), "Speed: %5.1f km/h", "Speed:  12.5 km/h"}, {CVarion(1.5), "%e", "1.500000e+000"},
-        {CVarion(1e-5), "%g", "1e-005"}, {CVarion(1.5f), "%G", "1.5"}, {CVarion(42), "%.2f", "42.00"},
-        {CVarion(nan), "%f", "< Not a Number (NaN) >"}, {CVarion(nan), "", "< Not a Number (NaN) >"},
-        {CVarion(inf), "%5.2f", "< +/- Infinity >"}, {CVarion(-inf), "%e", "< +/- Infinity >"},
-        {CVarion(static_cast<float>(inf)), "%g", "< +/- Infinity >"},
-        {CVarion(nan), "%d", "0"},  // NaN has no integer reading
-        {CVarion(2.0), "%s", "2.0"}, {CVarion(2.5), "[%6s]", "[   2.5]"},
     };
     CheckAll(cases);
 }
