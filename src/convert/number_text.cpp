@@ -216,9 +216,9 @@ constexpr double kExactPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,
 // one std::from_chars reads. False for every other number.
 template <class C>
 bool ExactDecimalValue(const C* text, const DecimalScan& scan, double& value) noexcept {
-    // Nineteen digits and a separator at most, so that m cannot overflow.
-    if (scan.mantissaEnd - scan.start > 20) return false;
+    // Nineteen digits at most, so that m cannot overflow (a separator is no digit).
     const std::size_t separator = scan.separator == std::string_view::npos ? scan.mantissaEnd : scan.separator;
+    if (scan.mantissaEnd - scan.start - (separator < scan.mantissaEnd ? 1 : 0) > 19) return false;
     std::uint64_t m = AppendDigits(0, text, scan.start, separator);
     if (separator < scan.mantissaEnd) m = AppendDigits(m, text, separator + 1, scan.mantissaEnd);
     if (m >= 1ULL << 53) return false;

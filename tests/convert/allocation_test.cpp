@@ -1,48 +1,33 @@
 // Conversions among numbers and the date family allocate nothing: SetType
 // into every numeric and date-family code (succeeding or failing), ChangeType
-// and CopyAs, the conversion operators on dates and durations, IsNull, and the
-// copies and assignments of such values. (The numeric operators and SetType
-// between numeric codes are counted in dispatch_test.cpp.)
+// and CopyAs, the conversion operators, IsNull, and the copies and
+// assignments of such values. Reading a number from text allocates nothing;
+// writing one allocates the new string alone.
 #include "convert/numeric.h"
-#include "support/test_support.h"
+#include "convert_test_util.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
 #include <vector>
 
-using varion::test::AllocationCount;
+using namespace varion::test;
 
 namespace {
 
 std::vector<CVarion> Sources() {
-    return {CVarion(2.5),
-            CVarion(-7),
-            CVarion(4000000000u),
-            CVarion(std::numeric_limits<ULONGLONG>::max()),
-            CVarion(1.5f),
-            CVarion(true),
-            CVarion(std::numeric_limits<double>::infinity()),
-            CVarion(2026L, 11L, 17L, 20L, 18L, 38L, 250L, VT_DATE),
-            CVarion(2026L, 11L, 17L, 0L, 0L, 0L, 0L, VTX_ISO_DATETIME),
-            CVarion(0L, 1L, 30L, 0L, 0L, 0L, VTX_DURATION),
-            CVarion(-1L, 0L, 0L, 0L, 500L, 7L, VTX_DURATION_MSF),
+    return {CVarion(2.5), CVarion(-7), CVarion(4000000000u), CVarion(std::numeric_limits<ULONGLONG>::max()),
+            CVarion(1.5f), CVarion(true), CVarion(std::numeric_limits<double>::infinity()),
+            CVarion(2026L, 11L, 17L, 20L, 18L, 38L, 250L, VT_DATE), CVarion(2026L, 11L, 17L, 0L, 0L, 0L, 0L, VTX_ISO_DATETIME),
+            CVarion(0L, 1L, 30L, 0L, 0L, 0L, VTX_DURATION), CVarion(-1L, 0L, 0L, 0L, 500L, 7L, VTX_DURATION_MSF),
             CVarion(3L, 0L, 0L, 0L, 0L, 0L, VTX_ISO_DURATION)};
-}
-
-constexpr VARTYPE kDateCodes[] = {VT_DATE,  VTX_DURATION,     VTX_DURATION_MSF, VTX_DATETIME_ALT,
-                                  VTX_DATETIME, VTX_ISO_DURATION, VTX_ISO_DATETIME};
-
-// Every numeric and date-family code.
-std::vector<VARTYPE> Targets() {
-    std::vector<VARTYPE> targets(std::begin(varion::detail::kNumericTypes), std::end(varion::detail::kNumericTypes));
-    targets.insert(targets.end(), std::begin(kDateCodes), std::end(kDateCodes));
-    return targets;
 }
 
 TEST(ConversionAllocations, NumbersAndDatesConvertWithoutAllocating) {
     const std::vector<CVarion> sources = Sources();
-    const std::vector<VARTYPE> targets = Targets();
+    std::vector<VARTYPE> targets(std::begin(varion::detail::kNumericTypes), std::end(varion::detail::kNumericTypes));
+    targets.insert(targets.end(), {VT_DATE, VTX_DURATION, VTX_DURATION_MSF, VTX_DATETIME_ALT, VTX_DATETIME,
+                                   VTX_ISO_DURATION, VTX_ISO_DATETIME});
     long codes = 0;
     double reads = 0;
     const long before = AllocationCount();
@@ -55,6 +40,9 @@ TEST(ConversionAllocations, NumbersAndDatesConvertWithoutAllocating) {
             codes += unchanged.ChangeType(t, &target);
             CVarion destination(0.5);
             codes += source.CopyAs(destination, t);
+            target = source;  // assignment over a value without content
+            CVarion moved(std::move(destination));
+            codes += moved.GetType();
         }
         reads += static_cast<int>(source) + static_cast<char>(source) + static_cast<unsigned char>(source) +
                  static_cast<short>(source) + static_cast<unsigned short>(source) +
@@ -68,19 +56,27 @@ TEST(ConversionAllocations, NumbersAndDatesConvertWithoutAllocating) {
     EXPECT_NE(reads, 0);
 }
 
-TEST(ConversionAllocations, CopiesOfValuesWithoutContentAllocateNothing) {
-    const std::vector<CVarion> sources = Sources();
-    long types = 0;
-    const long before = AllocationCount();
-    for (const CVarion& source : sources) {
-        CVarion copy(source);
-        CVarion assigned(7);
-        assigned = source;
-        CVarion moved(std::move(copy));
-        types += assigned.GetType() + moved.GetType();
+TEST(ConversionAllocations, NumberTextsAllocateOnlyTheNewString) {
+    const struct {
+        const char* text;
+        VARTYPE target;
+    } parses[] = {{"12,5", VT_R8}, {" -1234.5678e-3 ", VT_R4}, {"0x7FFF", VT_I2}, {"2.5", VT_I4},
+                  {"inf", VT_R8},  {"18446744073709551615", VT_UI8}, {"true", VT_BOOL}};
+    for (const auto& c : parses) {
+        CVarion v(c.text);
+        const long before = AllocationCount();
+        v.SetType(c.target);
+        EXPECT_EQ(AllocationCount(), before) << c.text;
     }
-    EXPECT_EQ(AllocationCount() - before, 0);
-    EXPECT_NE(types, 0);
+    ScopedCLocale comma("de_DE.UTF-8");
+    const CVarion writes[] = {CVarion(-123456789), CVarion(2.5), CVarion(1e300), CVarion(0.1f), CVarion(false),
+                              CVarion(std::numeric_limits<ULONGLONG>::max()), ByteArray({1, 2, 3})};
+    for (const CVarion& source : writes) {
+        CVarion v(source);
+        const long before = AllocationCount();
+        ASSERT_EQ(v.SetType(VT_BSTR), RC_OK);
+        EXPECT_EQ(AllocationCount() - before, kNewPerString) << StringOf(v);
+    }
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Helpers for the conversion tests: values built byte by byte and described
+// Helpers for the conversion tests: values built byte by byte and read back
 // without going through the conversions under test.
 #pragma once
 
@@ -8,7 +8,9 @@
 #include "value/access.h"
 
 #include <cstdint>
+#include <limits>
 #include <string>
+#include <utility>
 
 namespace varion::test {
 
@@ -48,6 +50,27 @@ inline std::string StringOf(const CVarion& v) {
 template <class T>
 T FieldOf(const CVarion& v) {
     return varion::detail::Load<T>(varion::detail::Access::Var(v));
+}
+
+/// Calls f.template operator()<VT>() for every numeric type code VT.
+template <class F>
+void ForEachNumericType(F&& f) {
+    [&]<VARTYPE... VT>(std::integer_sequence<VARTYPE, VT...>) { (f.template operator()<VT>(), ...); }(
+        std::integer_sequence<VARTYPE, VT_I1, VT_UI1, VT_I2, VT_UI2, VT_I4, VT_UI4, VT_I8, VT_UI8, VT_R4, VT_R8,
+                              VT_BOOL>{});
+}
+
+static_assert(std::numeric_limits<long double>::digits >= 64, "exact readings need 64-bit mantissas");
+
+/// The number a numeric or date-family value holds, exactly (every 64-bit
+/// integer, single and double fits a long double); NaN for other types.
+inline long double NumberOf(const CVarion& v) {
+    if (CVarion::IsAnyDateType(v.GetType())) return FieldOf<double>(v);
+    long double x = std::numeric_limits<long double>::quiet_NaN();
+    ForEachNumericType([&]<VARTYPE VT>() {
+        if (v.GetType() == VT) x = static_cast<long double>(FieldOf<varion::detail::NumericT<VT>>(v));
+    });
+    return x;
 }
 
 }  // namespace varion::test

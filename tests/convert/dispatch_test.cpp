@@ -1,56 +1,101 @@
-// The type-change dispatcher over every type code, ChangeType, CopyAs and the
-// conversion operators.
-#include "support/test_support.h"
-#include "convert/numeric.h"
-#include "value/access.h"
+// The type-change dispatcher: every kind of current type into every kind of
+// new type, cell by cell, and over every type code; ChangeType, CopyAs and
+// the conversion operators.
+#include "convert_test_util.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <optional>
+#include <sstream>
+#include <vector>
 
-using varion::detail::Access;
-using varion::test::Bytes;
+using namespace varion::test;
 
 namespace {
 
-bool IsCatalogueCode(VARTYPE t) {
-    return t == VT_EMPTY || CVarion::IsNumericType(t) || t == VT_BSTR || CVarion::IsAnyDateType(t) || t == 0x2011;
+constexpr VARTYPE kBytes = VT_ARRAY | VT_UI1;
+constexpr VARTYPE kI4s = VT_ARRAY | VT_I4;
+
+// The content of a value, read from its bytes, not through conversions.
+std::string Content(const CVarion& v) {
+    std::ostringstream s;
+    if (v.GetType() == VT_BSTR) return StringOf(v);
+    if (v.GetType() == kBytes)
+        for (const char b : ArrayBytes(v)) s << +static_cast<unsigned char>(b) << ';';
+    else if (!std::isnan(NumberOf(v)))
+        s << static_cast<double>(NumberOf(v));
+    return s.str();
 }
 
-CVarion DateValue(VARTYPE t, double days) {
-    CVarion v(days);
-    Access::Var(v).vt = t;
+CVarion DateText() {  // 2023-03-17 12:00, written as the library writes dates
+    CVarion v = Raw<double>(VT_DATE, 45002.5);
+    v.SetType(VT_BSTR);
     return v;
 }
 
-std::vector<CVarion> Sources() {
-    std::vector<CVarion> s;
-    s.emplace_back();
-    s.emplace_back(5);
-    s.emplace_back(2.5);
-    s.emplace_back(true);
-    s.emplace_back(static_cast<ULONGLONG>(-1));
-    s.emplace_back(OLESTR("5"));
-    s.push_back(DateValue(VT_DATE, 2.0));
-    s.push_back(DateValue(VTX_DURATION, 1.5));
-    s.push_back(DateValue(VTX_ISO_DATETIME, 45000.25));
-    s.emplace_back(VT_UI1, 3, 0);
-    s.emplace_back(VT_I4, 3, 0);
-    s.emplace_back(VT_BSTR, 0, 0);
-    CVarion unknown(1);
-    Access::Var(unknown).vt = VT_UNKNOWN;
-    Access::Var(unknown).punkVal = nullptr;
-    s.push_back(unknown);
-    return s;
+// One representative of each kind of current type (rows) into each kind of
+// new type (columns): empty, numeric, string, date family, byte array.
+TEST(Dispatch, EveryKindIntoEveryKind) {
+    const CVarion empty, numeric(static_cast<short>(5)), number("5"), byteText("0x05"), date = Raw<double>(VT_DATE, 45002.5),
+        bytes = ByteArray({5}), ints(static_cast<unsigned short>(VT_I4), 0L, 0L), dateText = DateText();
+    const struct {
+        const CVarion& source;
+        VARTYPE target;
+        long code;
+        VARTYPE type;  // afterwards
+        const char* content;
+    } cells[] = {
+        // clang-format off
+        {empty, VT_EMPTY, 0, VT_EMPTY, ""},  {empty, VT_I4, 0, VT_I4, "0"},      {empty, VT_BSTR, 0, VT_BSTR, ""},
+        {empty, VTX_DATETIME, 0, VTX_DATETIME, "0"},                            {empty, kBytes, 0, kBytes, ""},
+        {numeric, VT_EMPTY, 0, VT_EMPTY, ""}, {numeric, VT_I4, 0, VT_I4, "5"},  {numeric, VT_BSTR, 0, VT_BSTR, "5"},
+        {numeric, VT_DATE, 0, VT_DATE, "7"},                                    {numeric, kBytes, -2, VT_I2, "5"},
+        {number, VT_EMPTY, 0, VT_EMPTY, ""},  {number, VT_I4, 0, VT_I4, "5"},   {number, VT_BSTR, 0, VT_BSTR, "5"},
+        {dateText, VTX_DATETIME, 0, VT_DATE, "45002.5"},                        {byteText, kBytes, 0, kBytes, "5;"},
+        {date, VT_EMPTY, 0, VT_EMPTY, ""},    {date, VT_I4, 0, VT_I4, "45001"}, {date, VT_DATE, 0, VT_DATE, "45002.5"},
+        {date, VTX_DATETIME, 0, VTX_DATETIME, "45002.5"},                       {date, kBytes, -2, VT_DATE, "45002.5"},
+        {bytes, VT_EMPTY, 0, VT_EMPTY, ""},   {bytes, VT_I4, -2, kBytes, "5;"}, {bytes, VT_BSTR, 0, VT_BSTR, "0x05"},
+        {bytes, VT_DATE, -2, kBytes, "5;"},                                     {bytes, kBytes, 0, kBytes, "5;"},
+        {ints, VT_EMPTY, -1, kI4s, ""},       {ints, VT_I4, -1, kI4s, ""},      {ints, VT_BSTR, -1, kI4s, ""},
+        {ints, VT_DATE, -1, kI4s, ""},                                          {ints, kBytes, -1, kI4s, ""},
+        // clang-format on
+    };
+    for (const auto& cell : cells) {
+        CVarion v(cell.source);
+        const auto before = Bytes(v);
+        const std::string what = std::to_string(v.GetType()) + " " + Content(v) + " to " + std::to_string(cell.target);
+        EXPECT_EQ(v.SetType(cell.target), cell.code) << what;
+        EXPECT_EQ(v.GetType(), cell.type) << what;
+        EXPECT_EQ(Content(v), cell.content) << what;
+        if (cell.code < 0) {
+            EXPECT_EQ(Bytes(v), before) << what;
+        }
+    }
 }
 
-}  // namespace
+// The answer of SetType that does not depend on the text and date routes;
+// nullopt where it does.
+std::optional<long> RouteFreeAnswer(VARTYPE from, VARTYPE to) {
+    const bool catalogued = to == VT_EMPTY || CVarion::IsNumericType(to) || to == VT_BSTR || CVarion::IsAnyDateType(to) || to == kBytes;
+    if (to == from) return RC_OK;
+    if ((from & VT_ARRAY) && from != kBytes) return RC_NOT_APPLICABLE;
+    if (to == VT_EMPTY) return RC_OK;
+    if (!catalogued) return RC_NOT_CONVERTIBLE;
+    if (from == VT_EMPTY) return RC_OK;
+    if (to == kBytes && from != VT_BSTR) return RC_NOT_CONVERTIBLE;
+    return std::nullopt;
+}
 
-// Every code from 0 to 0xFFFF from every kind of source: the answers that do
-// not depend on the text and date routes are checked exactly; every answer
-// is a result code, and a failure leaves the value byte-for-byte as it was.
+// Every code from 0 to 0xFFFF from every kind of source: every answer is a
+// result code, a failure leaves the value byte-for-byte as it was, and a
+// success gives the type asked for (date-times from text give VT_DATE).
 TEST(Dispatch, EveryTypeCodeFromEveryKindOfSource) {
-    for (const CVarion& source : Sources()) {
+    std::vector<CVarion> sources = {CVarion(), CVarion(5), CVarion(2.5), CVarion(true), CVarion(static_cast<ULONGLONG>(-1)),
+                                    CVarion(OLESTR("5")), Raw(VT_DATE, 2.0), Raw(VTX_DURATION, 1.5),
+                                    Raw(VTX_ISO_DATETIME, 45000.25), Raw<IUnknown*>(VT_UNKNOWN, nullptr)};
+    for (const VARTYPE arrayOf : {VT_UI1, VT_I4, VT_BSTR}) sources.emplace_back(arrayOf, 3, 0);
+    for (const CVarion& source : sources) {
         const VARTYPE from = source.GetType();
         for (unsigned code = 0; code <= 0xFFFF; ++code) {
             const auto to = static_cast<VARTYPE>(code);
@@ -58,46 +103,17 @@ TEST(Dispatch, EveryTypeCodeFromEveryKindOfSource) {
             const auto before = Bytes(v);
             const long rc = v.SetType(to);
             ASSERT_TRUE(rc == RC_OK || rc == RC_NOT_APPLICABLE || rc == RC_NOT_CONVERTIBLE || rc == RC_ABOVE_MAX ||
-                        rc == RC_BELOW_MIN)
-                << rc;
+                        rc == RC_BELOW_MIN) << rc;
+            if (const auto want = RouteFreeAnswer(from, to)) {
+                ASSERT_EQ(rc, *want) << "from " << from << " to " << code;
+            }
             if (rc != RC_OK) {
                 ASSERT_EQ(Bytes(v), before) << "from " << from << " to " << code;
-            }
-
-            if (to == from) {
-                ASSERT_EQ(rc, RC_OK);
-            } else if ((from & VT_ARRAY) && from != 0x2011) {
-                ASSERT_EQ(rc, RC_NOT_APPLICABLE) << "from " << from << " to " << code;
-            } else if (to == VT_EMPTY) {
-                ASSERT_EQ(rc, RC_OK);
-                ASSERT_EQ(v.GetType(), VT_EMPTY);
-            } else if (from == VT_EMPTY) {
-                ASSERT_EQ(rc, IsCatalogueCode(to) ? RC_OK : RC_NOT_CONVERTIBLE) << code;
-            } else if (!IsCatalogueCode(to)) {
-                ASSERT_EQ(rc, RC_NOT_CONVERTIBLE) << "from " << from << " to " << code;
-            } else if (to == 0x2011 && from != VT_BSTR) {
-                ASSERT_EQ(rc, RC_NOT_CONVERTIBLE) << "from " << from;
-            }
-            if (rc == RC_OK && to != VT_BSTR && !CVarion::IsDateTimeType(to)) {
-                ASSERT_EQ(v.GetType(), to);
+            } else if (to != VT_BSTR && !CVarion::IsDateTimeType(to)) {
+                ASSERT_EQ(v.GetType(), to) << "from " << from;
             }
         }
     }
-}
-
-TEST(Dispatch, ArraysAndEmptyLegs) {
-    CVarion ints(VT_I4, 3, 0);
-    EXPECT_EQ(ints.SetType(VT_EMPTY), RC_NOT_APPLICABLE);
-    EXPECT_EQ(ints.GetType(), VT_I4 | VT_ARRAY);
-    EXPECT_EQ(ints.SetType(VT_I4 | VT_ARRAY), RC_OK);
-    CVarion bytes(VT_UI1, 3, 0);
-    EXPECT_EQ(bytes.SetType(VT_I4), RC_NOT_CONVERTIBLE);
-    EXPECT_EQ(bytes.SetType(VT_EMPTY), RC_OK);
-    EXPECT_EQ(bytes.GetType(), VT_EMPTY);
-    CVarion empty;
-    EXPECT_EQ(empty.SetType(VT_R8), RC_OK);
-    EXPECT_EQ(static_cast<double>(empty), 0.0);
-    EXPECT_EQ(empty.GetType(), VT_R8);
 }
 
 TEST(Dispatch, ChangeTypeAndCopyAs) {
@@ -124,52 +140,24 @@ TEST(Dispatch, ChangeTypeAndCopyAs) {
 
 TEST(ConversionOperators, ReadThroughTheConversion) {
     EXPECT_EQ(static_cast<int>(CVarion(256)), 1);
-    EXPECT_EQ(static_cast<int>(CVarion(0.0)), 0);
     EXPECT_EQ(static_cast<unsigned char>(CVarion(300)), 0);
-    EXPECT_EQ(static_cast<unsigned char>(CVarion(255)), 255);
-    EXPECT_EQ(static_cast<long>(CVarion(2.5)), 3);
     EXPECT_EQ(static_cast<long>(CVarion(-2.5)), -3);
     EXPECT_EQ(static_cast<long>(CVarion(static_cast<LONGLONG>(1) << 40)), 0);  // beyond 32 bits
     EXPECT_EQ(static_cast<LONGLONG>(CVarion(static_cast<LONGLONG>(1) << 40)), static_cast<LONGLONG>(1) << 40);
-    EXPECT_EQ(static_cast<unsigned long>(CVarion(-1)), 0u);
-    EXPECT_EQ(static_cast<ULONGLONG>(CVarion(static_cast<ULONGLONG>(-1))), static_cast<ULONGLONG>(-1));
     EXPECT_EQ(static_cast<short>(CVarion(-32768)), -32768);
     EXPECT_EQ(static_cast<unsigned short>(CVarion(65536)), 0);
     EXPECT_EQ(static_cast<char>(CVarion(-128)), -128);
     EXPECT_EQ(static_cast<float>(CVarion(1e39)), 0.0f);
     EXPECT_EQ(static_cast<double>(CVarion(0.1f)), static_cast<double>(0.1f));
-    EXPECT_EQ(static_cast<double>(CVarion()), 0.0);
     EXPECT_EQ(static_cast<double>(CVarion(VT_I4, 2, 0)), 0.0);
     EXPECT_EQ(varion::test::Utf8(static_cast<CString>(CVarion(OLESTR("abc")))), "abc");
     EXPECT_EQ(varion::test::Utf8(static_cast<CString>(CVarion(VT_I4, 2, 0))), "");
-}
-
-TEST(ConversionOperators, LeaveTheValueAlone) {
+    // Reading converts a copy: the value itself stays as it was.
     const CVarion v(2.5);
     const auto before = Bytes(v);
-    (void)static_cast<long>(v);
-    (void)static_cast<unsigned char>(v);
-    (void)static_cast<CString>(v);
+    EXPECT_EQ(static_cast<unsigned char>(v) + static_cast<long>(v), 6);
+    EXPECT_EQ(varion::test::Utf8(static_cast<CString>(v)), "2.5");
     EXPECT_EQ(Bytes(v), before);
 }
 
-TEST(ConversionOperators, NumericReadsAndConversionsDoNotAllocate) {
-    const CVarion values[] = {CVarion(2.5), CVarion(-7), CVarion(300u), CVarion(1.5f), CVarion(true),
-                              CVarion(static_cast<ULONGLONG>(1) << 63)};
-    double sink = 0;
-    const long before = varion::test::AllocationCount();
-    for (const CVarion& v : values) {
-        sink += static_cast<int>(v) + static_cast<char>(v) + static_cast<unsigned char>(v) + static_cast<short>(v) +
-                static_cast<unsigned short>(v) + static_cast<double>(static_cast<long>(v)) +
-                static_cast<double>(static_cast<unsigned long>(v)) + static_cast<double>(static_cast<LONGLONG>(v)) +
-                static_cast<double>(static_cast<ULONGLONG>(v)) + static_cast<float>(v) + static_cast<double>(v);
-        CVarion copy(v);
-        for (VARTYPE t : varion::detail::kNumericTypes) {
-            CVarion step(copy);
-            step.SetType(t);
-            step = copy;
-        }
-    }
-    EXPECT_EQ(varion::test::AllocationCount(), before);
-    EXPECT_NE(sink, 0);
-}
+}  // namespace

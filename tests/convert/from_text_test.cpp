@@ -2,218 +2,140 @@
 // or a device description hands in.
 #include "convert_test_util.h"
 
-#include "convert/number_text.h"
-#include "platform/alloc.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
 #include <optional>
-#include <random>
 
 using namespace varion::test;
 
 namespace {
 
-constexpr double kInf = std::numeric_limits<double>::infinity();
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr long double kInf = std::numeric_limits<long double>::infinity();
+constexpr long double kNaN = std::numeric_limits<long double>::quiet_NaN();
 constexpr VARTYPE kBytes = VT_ARRAY | VT_UI1;
+const std::nullopt_t kRefused = std::nullopt;  // the text is refused with -2
 
 struct ParseCase {
     const char* text;
     VARTYPE target;
-    std::optional<CVarion> expected;  // nullopt: the text is refused with -2
+    std::optional<long double> value;  // of the result, whose type is the target
 };
 
-const std::nullopt_t kRefused = std::nullopt;
+// clang-format off
+const ParseCase kNumberCases[] = {
+    // Booleans: only an empty or blank text is false.
+    {"", VT_BOOL, 0}, {" \t ", VT_BOOL, 0}, {"false", VT_BOOL, 1}, {"0", VT_BOOL, 1},
+    // Integers: prefixes in either case, leading zeros, misplaced signs, white space.
+    {" 42 ", VT_I4, 42}, {"0X1f", VT_I4, 31}, {"0B101", VT_UI1, 5}, {"017", VT_I4, 15}, {"08", VT_I4, kRefused},
+    {"000", VT_I4, 0}, {"0x", VT_I4, 0}, {"0x-1F", VT_I4, -31}, {"-0x1F", VT_I4, kRefused}, {"-", VT_I4, kRefused},
+    {"", VT_I4, kRefused}, {"   ", VT_UI2, kRefused}, {"12abc", VT_I4, kRefused}, {"0x1G", VT_I4, kRefused},
+    {"0x00000000000000000000001", VT_I8, 1},
+    // Integers from decimal texts: read as a double, then converted.
+    {"2.5", VT_I4, 3}, {"1e3", VT_I4, 1000}, {"1e10", VT_I4, kRefused}, {"1,5", VT_I2, 2}, {".5", VT_I4, 1},
+    {"0.5", VT_I4, kRefused},  // an octal text: "0" then ".5"
+    {"-0.4", VT_I4, 0}, {"-0.4", VT_UI4, kRefused}, {"126.5", VT_I1, 127}, {"127.0", VT_I1, kRefused},
+    {"nan", VT_I4, 0},  // a NaN passes the range check and gives 0
+    {"inf", VT_I4, kRefused},
+    // Floating values: the platform's names of the non-numbers, either separator, bases.
+    {"1.#INF", VT_R8, kInf}, {"INFINITY", VT_R8, kInf}, {"-1.#INF", VT_R8, -kInf}, {"-inf", VT_R4, -kInf},
+    {"x-yINF", VT_R8, -kInf}, {"1.#QNAN", VT_R8, kNaN}, {"-1.#IND", VT_R8, kNaN}, {"nan", VT_R4, kNaN},
+    {"blind", VT_R8, kNaN}, {"", VT_R8, 0}, {"  ", VT_R8, 0}, {"1e999", VT_R8, kInf}, {"1e-999", VT_R8, 0},
+    {"3,25", VT_R8, 3.25}, {" 12,5 ", VT_R4, 12.5}, {"1.000,5", VT_R8, kRefused}, {"1,5,", VT_R8, kRefused},
+    {"0x10", VT_R8, 16}, {"010", VT_R8, 8}, {"08.5", VT_R8, 8.5}, {"0xFFFFFFFFFFFFFFFF", VT_R8, -1},
+    {"5.", VT_R8, 5}, {",5", VT_R8, 0.5}, {"-.5E1", VT_R8, -5}, {"+2,5e-1", VT_R8, 0.25},
+    {"1E", VT_R8, kRefused}, {"1E+", VT_R8, kRefused}, {",", VT_R8, kRefused}, {"-", VT_R8, kRefused},
+    {"1 5", VT_R8, kRefused}, {"0x1p3", VT_R8, kRefused}, {"1e39", VT_R4, kRefused}, {"-1e39", VT_R4, kRefused},
+    {"3.4028234663852886e38", VT_R4, std::numeric_limits<float>::max()},
+    {"4.9406564584124654e-324", VT_R8, std::numeric_limits<double>::denorm_min()},
+    {"18446744073709551616", VT_R8, 18446744073709551616.0L},  // twenty digits: beyond 64 bits
+    {"\xEF\xBC\x91", VT_R8, kRefused},  // a full-width digit one is not a digit
+    // Types that no text converts to.
+    {"5", VT_CY, kRefused}, {"5", VT_ARRAY | VT_I4, kRefused}, {"5", static_cast<VARTYPE>(99), kRefused},
+};
 
-std::vector<ParseCase> ParseCases() {
-    using SC = signed char;
-    using UC = unsigned char;
-    using LL = LONGLONG;
-    using ULL = ULONGLONG;
-    return {
-        // Booleans: only an empty or blank text is false.
-        {"", VT_BOOL, CVarion(false)},
-        {" \t ", VT_BOOL, CVarion(false)},
-        {"false", VT_BOOL, CVarion(true)},
-        {"0", VT_BOOL, CVarion(true)},
+const struct {
+    const char* text;
+    std::optional<std::string> bytes;
+} kByteCases[] = {
+    {"0x01, 0xAB, 0xFF", "\x01\xAB\xFF"}, {"1,,2", "\x01\x02"}, {",1,2,", "\x01\x02"}, {"  ab ,Cd", "\xAB\xCD"},
+    {"0x", std::string(1, '\0')}, {"7z, 0x1q", "\x07\x01"}, {"00000000FF", "\xFF"}, {"", ""}, {",,", ""},
+    {"100", kRefused}, {"zz", kRefused}, {"1, ,2", kRefused}, {"+1", kRefused}, {"-1", kRefused}, {" , ,", kRefused},
+};
+// clang-format on
 
-        // Integers: bases, signs, white space, decimal fallback.
-        {" 42 ", VT_I4, CVarion(42)},
-        {"0x1F", VT_I4, CVarion(31)},
-        {"0X1f", VT_I4, CVarion(31)},
-        {"0b101", VT_UI1, CVarion(UC{5})},
-        {"0B101", VT_UI1, CVarion(UC{5})},
-        {"017", VT_I4, CVarion(15)},
-        {"08", VT_I4, kRefused},
-        {"0", VT_I4, CVarion(0)},
-        {"000", VT_I4, CVarion(0)},
-        {"0x", VT_I4, CVarion(0)},
-        {"0x-1F", VT_I4, CVarion(-31)},
-        {"-0x1F", VT_I4, kRefused},
-        {"+5", VT_I8, CVarion(LL{5})},
-        {"-", VT_I4, kRefused},
-        {"", VT_I4, kRefused},
-        {"   ", VT_UI2, kRefused},
-        {"12abc", VT_I4, kRefused},
-        {"0x1G", VT_I4, kRefused},
-        {"2.5", VT_I4, CVarion(3)},
-        {"-2.5", VT_I4, CVarion(-3)},
-        {"1e3", VT_I4, CVarion(1000)},
-        {"1E3", VT_I2, CVarion(short{1000})},
-        {"1e10", VT_I4, kRefused},
-        {"1,5", VT_I2, CVarion(short{2})},
-        {"0.5", VT_I4, kRefused},
-        {".5", VT_I4, CVarion(1)},
-        {"-0.5", VT_I4, CVarion(-1)},
-        {"-0.4", VT_I4, CVarion(0)},
-        {"nan", VT_I4, CVarion(0)},  // a NaN passes the range check and gives 0
-        {"inf", VT_I4, kRefused},
-        {"-0.4", VT_UI4, kRefused},
-        {"126.5", VT_I1, CVarion(SC{127})},
-        {"127.0", VT_I1, kRefused},
-        {"0xFF", VT_I1, CVarion(SC{-1})},
-        {"0377", VT_I1, CVarion(SC{-1})},
-        {"0b10000000", VT_I1, CVarion(SC{-128})},
-        {"255", VT_I1, kRefused},
-        {"0x100", VT_I1, kRefused},
-        {"-1", VT_UI4, kRefused},
-        {"0xFFFFFFFF", VT_I4, CVarion(-1)},
-        {"0xFFFF", VT_I2, CVarion(short{-1})},
-        {"4294967295", VT_I4, kRefused},
-        {"0xFFFFFFFFFFFFFFFF", VT_I8, CVarion(LL{-1})},
-        {"0x8000000000000000", VT_I8, CVarion(std::numeric_limits<LL>::min())},
-        {"01777777777777777777777", VT_I8, kRefused},  // octal beyond the signed range
-        {"0x10000000000000000", VT_I8, kRefused},
-        {"9223372036854775807", VT_I8, CVarion(std::numeric_limits<LL>::max())},
-        {"-9223372036854775808", VT_I8, CVarion(std::numeric_limits<LL>::min())},
-        {"9223372036854775808", VT_I8, kRefused},
-        {"18446744073709551615", VT_UI8, kRefused},
-        {"9223372036854775807", VT_UI8, CVarion(ULL{9223372036854775807ull})},
-        {"0xFFFFFFFFFFFFFFFF", VT_UI8, CVarion(std::numeric_limits<ULL>::max())},
-        {"0x1FFFFFFFFFFFFFFFF", VT_UI8, CVarion(std::numeric_limits<ULL>::max())},
-        {"-1", VT_UI8, kRefused},
-        {"-0", VT_UI8, CVarion(ULL{0})},
-        {"0x00000000000000000000001", VT_I8, CVarion(LL{1})},
-
-        // Floating values.
-        {"1.#INF", VT_R8, CVarion(kInf)},
-        {"inf", VT_R8, CVarion(kInf)},
-        {"INFINITY", VT_R8, CVarion(kInf)},
-        {"-1.#INF", VT_R8, CVarion(-kInf)},
-        {"-inf", VT_R4, CVarion(-std::numeric_limits<float>::infinity())},
-        {"x-yINF", VT_R8, CVarion(-kInf)},
-        {"1.#QNAN", VT_R8, CVarion(kNaN)},
-        {"-1.#IND", VT_R8, CVarion(kNaN)},
-        {"nan", VT_R4, CVarion(std::numeric_limits<float>::quiet_NaN())},
-        {"blind", VT_R8, CVarion(kNaN)},
-        {"", VT_R8, CVarion(0.0)},
-        {"  ", VT_R8, CVarion(0.0)},
-        {"1e999", VT_R8, CVarion(kInf)},
-        {"-1e999", VT_R8, CVarion(-kInf)},
-        {"1e-999", VT_R8, CVarion(0.0)},
-        {"3,25", VT_R8, CVarion(3.25)},
-        {"3.25", VT_R8, CVarion(3.25)},
-        {" 12,5 ", VT_R4, CVarion(12.5f)},
-        {"1.000,5", VT_R8, kRefused},
-        {"1,5,", VT_R8, kRefused},
-        {"0x10", VT_R8, CVarion(16.0)},
-        {"010", VT_R8, CVarion(8.0)},
-        {"10", VT_R8, CVarion(10.0)},
-        {"0.5", VT_R8, CVarion(0.5)},
-        {"08.5", VT_R8, CVarion(8.5)},
-        {"0xFFFFFFFFFFFFFFFF", VT_R8, CVarion(-1.0)},
-        {"5.", VT_R8, CVarion(5.0)},
-        {",5", VT_R8, CVarion(0.5)},
-        {"-.5E1", VT_R8, CVarion(-5.0)},
-        {"+2,5e-1", VT_R8, CVarion(0.25)},
-        {"1E", VT_R8, kRefused},
-        {"1E+", VT_R8, kRefused},
-        {",", VT_R8, kRefused},
-        {"-", VT_R8, kRefused},
-        {"1 5", VT_R8, kRefused},
-        {"0x1p3", VT_R8, kRefused},
-        {"1e39", VT_R4, kRefused},
-        {"-1e39", VT_R4, kRefused},
-        {"3.4028234663852886e38", VT_R4, CVarion(std::numeric_limits<float>::max())},
-        {"4.9406564584124654e-324", VT_R8, CVarion(std::numeric_limits<double>::denorm_min())},
-        {"\xEF\xBC\x91", VT_R8, kRefused},  // a full-width digit one is not a digit
-
-        // Byte lists.
-        {"0x01, 0xAB, 0xFF", kBytes, ByteArray({1, 171, 255})},
-        {"1,,2", kBytes, ByteArray({1, 2})},
-        {",1,2,", kBytes, ByteArray({1, 2})},
-        {"  ab ,Cd", kBytes, ByteArray({0xAB, 0xCD})},
-        {"0x", kBytes, ByteArray({0})},
-        {"7z, 0x1q", kBytes, ByteArray({7, 1})},
-        {"00000000FF", kBytes, ByteArray({255})},
-        {"100", kBytes, kRefused},
-        {"zz", kBytes, kRefused},
-        {"1, ,2", kBytes, kRefused},
-        {"+1", kBytes, kRefused},
-        {"-1", kBytes, kRefused},
-        {"", kBytes, ByteArray({})},
-        {" , ,", kBytes, kRefused},
-        {",,", kBytes, ByteArray({})},
-
-        // Types that no text converts to.
-        {"5", VT_CY, kRefused},
-        {"5", VT_ERROR, kRefused},
-        {"5", VT_ARRAY | VT_I4, kRefused},
-        {"5", static_cast<VARTYPE>(99), kRefused},
-    };
-}
-
-bool SameValue(const CVarion& a, const CVarion& b) {
-    if (a.GetType() != b.GetType()) return false;
-    if (a.GetType() == kBytes) return ArrayBytes(a) == ArrayBytes(b);
-    const std::size_t width = a.GetType() == VT_BOOL || a.GetType() == VT_I1 || a.GetType() == VT_UI1 ? 1
-                              : a.GetType() == VT_I2 || a.GetType() == VT_UI2                          ? 2
-                              : a.GetType() == VT_I4 || a.GetType() == VT_UI4 || a.GetType() == VT_R4  ? 4
-                                                                                                         : 8;
-    return std::memcmp(&varion::detail::Access::Var(a).llVal, &varion::detail::Access::Var(b).llVal, width) == 0;
+// A refused text leaves the string byte for byte as it was.
+void ExpectRefused(CVarion& v, VARTYPE target, const char* text) {
+    const auto before = Bytes(v);
+    EXPECT_EQ(v.SetType(target), RC_NOT_CONVERTIBLE) << '"' << text << "\" to " << target;
+    EXPECT_EQ(Bytes(v), before) << '"' << text << "\" to " << target;
+    EXPECT_EQ(StringOf(v), text);
 }
 
 TEST(TextToValue, EveryRuleOnItsTexts) {
     for (const char* locale : {"C", "de_DE.UTF-8"}) {
         ScopedCLocale scoped(locale);  // reading never depends on the locale
-        for (const ParseCase& c : ParseCases()) {
+        for (const ParseCase& c : kNumberCases) {
             CVarion v(c.text);
-            const auto before = Bytes(v);
-            const long code = v.SetType(c.target);
-            if (!c.expected) {
-                EXPECT_EQ(code, RC_NOT_CONVERTIBLE) << '"' << c.text << "\" to " << c.target;
-                EXPECT_EQ(Bytes(v), before) << '"' << c.text << "\" to " << c.target;
-                EXPECT_EQ(StringOf(v), c.text);
+            if (!c.value) {
+                ExpectRefused(v, c.target, c.text);
                 continue;
             }
-            EXPECT_EQ(code, RC_OK) << '"' << c.text << "\" to " << c.target;
-            EXPECT_TRUE(SameValue(v, *c.expected))
-                << '"' << c.text << "\" to " << c.target << " gave type " << v.GetType() << " "
-                << Utf8(static_cast<CString>(v));
+            const std::string what = '"' + std::string(c.text) + "\" to " + std::to_string(c.target);
+            ASSERT_EQ(v.SetType(c.target), RC_OK) << what;
+            ASSERT_EQ(v.GetType(), c.target) << what;
+            const long double got = NumberOf(v);
+            if (std::isnan(*c.value)) {
+                EXPECT_TRUE(std::isnan(got)) << what;
+            } else {
+                EXPECT_EQ(got, *c.value) << what;
+                EXPECT_EQ(std::signbit(got), std::signbit(*c.value)) << what;
+            }
+        }
+        for (const auto& c : kByteCases) {
+            CVarion v(c.text);
+            if (!c.bytes) {
+                ExpectRefused(v, kBytes, c.text);
+                continue;
+            }
+            ASSERT_EQ(v.SetType(kBytes), RC_OK) << c.text;
+            EXPECT_EQ(ArrayBytes(v), *c.bytes) << c.text;
         }
     }
 }
 
-TEST(TextToValue, NullStringReadsAsEmpty) {
-    CVarion v;
-    auto& var = varion::detail::Access::Var(v);
-    var.vt = VT_BSTR;
-    var.bstrVal = nullptr;
-    EXPECT_EQ(v.SetType(VT_R8), RC_OK);
-    EXPECT_EQ(FieldOf<double>(v), 0.0);
-}
-
-TEST(TextToValue, EmbeddedZeroEndsTheText) {
-    const OLECHAR text[] = {'1', '2', 0, '3'};
-    CVarion v;
-    auto& var = varion::detail::Access::Var(v);
-    var.bstrVal = SysAllocStringLen(text, 4);
-    var.vt = VT_BSTR;
-    ASSERT_EQ(v.SetType(VT_I4), RC_OK);
-    EXPECT_EQ(FieldOf<std::int32_t>(v), 12);
+// A string value is read up to its first zero code unit (a null string is
+// the empty text), by SetType and by the conversion operator.
+TEST(TextToValue, AStringIsReadUpToItsFirstZero) {
+    const struct {
+        OleString text;
+        bool null;
+        VARTYPE target;
+        double value;
+        bool converts;
+    } cases[] = {
+        {OleString(), true, VT_R8, 0.0, true},
+        {OleString(OLESTR("12.5\0" "7"), 6), false, VT_R8, 12.5, true},
+        {OleString(OLESTR(" 1,25 \0x"), 8), false, VT_R8, 1.25, true},
+        {OleString(OLESTR("\0" "12"), 3), false, VT_R8, 0.0, true},
+        {OleString(OLESTR("12\0" ".5"), 5), false, VT_R8, 12.0, true},
+        {OleString(OLESTR("x\0" "12"), 4), false, VT_R8, 0.0, false},
+        {OleString(OLESTR("12\0" "3"), 4), false, VT_I4, 12.0, true},
+    };
+    for (const auto& c : cases) {
+        CVarion v;
+        VARIANT& var = varion::detail::Access::Var(v);
+        var.bstrVal = c.null ? nullptr : SysAllocStringLen(c.text.data(), static_cast<UINT>(c.text.size()));
+        var.vt = VT_BSTR;
+        if (c.target == VT_R8) {
+            EXPECT_EQ(static_cast<double>(v), c.value) << c.text.size();
+        }
+        EXPECT_EQ(v.SetType(c.target) == RC_OK, c.converts) << c.text.size();
+        if (c.converts) {
+            EXPECT_EQ(NumberOf(v), c.value) << c.text.size();
+        }
+    }
 }
 
 TEST(TextToValue, LongTextsAreReadWhole) {
@@ -226,88 +148,16 @@ TEST(TextToValue, LongTextsAreReadWhole) {
         {"0," + zeros + "15", VT_R8, 15 * std::pow(10.0, -5002)},
         {"1" + zeros + "e-5000", VT_R8, 1.0},
         {zeros + "12", VT_I4, 10.0},  // an octal text: leading zeros, then 12
-        {"   " + std::string(400, '9') + ",5   ", VT_R8, kInf},
+        {"   " + std::string(400, '9') + ",5   ", VT_R8, HUGE_VAL},
     };
     for (const auto& c : cases) {
         CVarion v(c.text.c_str());
         ASSERT_EQ(v.SetType(c.target), RC_OK) << c.text.substr(0, 20);
-        const double got = c.target == VT_R8 ? FieldOf<double>(v) : FieldOf<std::int32_t>(v);
-        EXPECT_EQ(got, c.expected);
+        EXPECT_EQ(NumberOf(v), c.expected);
     }
     CVarion bytes(("0x01," + std::string(3000, ',') + std::string(3000, '0') + "2").c_str());
     ASSERT_EQ(bytes.SetType(kBytes), RC_OK);
     EXPECT_EQ(ArrayBytes(bytes), std::string("\x01\x02", 2));
-}
-
-TEST(TextToValue, ParsingANumberAllocatesNothing) {
-    const struct {
-        const char* text;
-        VARTYPE target;
-    } cases[] = {{"12,5", VT_R8}, {" -1234.5678e-3 ", VT_R4}, {"0x7FFF", VT_I2}, {"2.5", VT_I4},
-                 {"inf", VT_R8},  {"18446744073709551615", VT_UI8}, {"true", VT_BOOL}};
-    for (const auto& c : cases) {
-        CVarion v(c.text);
-        const long before = AllocationCount();
-        v.SetType(c.target);
-        EXPECT_EQ(AllocationCount(), before) << c.text;
-    }
-}
-
-TEST(TextToValue, FailedAllocationsLeaveTheString) {
-    const struct {
-        std::string text;
-        VARTYPE target;
-    } cases[] = {{"1, 2, 3", kBytes}, {"", kBytes}};
-    for (const auto& c : cases) {
-        for (long n = 1; n <= 3; ++n) {
-            CVarion v(c.text.c_str());
-            const auto before = Bytes(v);
-            varion::detail::FailAllocationAfter(n);
-            const long code = v.SetType(c.target);
-            varion::detail::FailAllocationAfter(0);
-            if (code != RC_OK) {
-                EXPECT_EQ(code, RC_NOT_CONVERTIBLE);
-                EXPECT_EQ(Bytes(v), before);
-                EXPECT_EQ(StringOf(v), c.text);
-            }
-        }
-    }
-}
-
-}  // namespace
-
-namespace {
-
-// The common decimal texts are read by a shortcut on the UTF-16 text; the
-// full rule on the prepared text must give the same answer for every text.
-TEST(TextToValue, ShortcutAndFullFloatingRuleAgree) {
-    std::mt19937 random(99);
-    const char alphabet[] = "0123456789+-.,eE x";
-    int shortcuts = 0;
-    for (int n = 0; n < 20000; ++n) {
-        std::string text;
-        const std::size_t length = 1 + random() % 12;
-        for (std::size_t k = 0; k < length; ++k) text += alphabet[random() % (sizeof(alphabet) - 1)];
-        const OleString wide(CString(text.c_str()).View());
-        for (const VARTYPE type : {VT_R4, VT_R8}) {
-            VARIANT viaShortcut{};
-            long shortcutCode = RC_OK;
-            if (!varion::detail::PlainDecimalFromText(varion::detail::TrimmedView(wide), type, viaShortcut,
-                                                       shortcutCode))
-                continue;
-            ++shortcuts;
-            varion::detail::NarrowText prepared;
-            ASSERT_TRUE(prepared.Assign(wide));
-            VARIANT viaRule{};
-            const long ruleCode = varion::detail::FloatingFromText(prepared.Data(), prepared.Size(), type, viaRule);
-            ASSERT_EQ(shortcutCode, ruleCode) << text;
-            if (ruleCode == RC_OK) {
-                EXPECT_EQ(viaShortcut.vt, viaRule.vt) << text;
-                EXPECT_EQ(viaShortcut.llVal, viaRule.llVal) << text;
-            }
-        }
-    }
-    EXPECT_GT(shortcuts, 1000);  // the generator does reach the shortcut
 }
 
 }  // namespace

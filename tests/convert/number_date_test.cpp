@@ -24,7 +24,6 @@ std::vector<DateCase> DateCases() {
     return {
         // Numbers to date-times add the two days from 1899-12-30 to 1900-01-01.
         {"I4 0 to DATE", CVarion(0), VT_DATE, 0, 2.0},
-        {"R8 45000.5 to DATE", CVarion(45000.5), VT_DATE, 0, 45002.5},
         {"R4 -2 to ISO_DATETIME", CVarion(-2.0f), VTX_ISO_DATETIME, 0, 0.0},
         {"BOOL true to DATETIME_ALT", CVarion(true), VTX_DATETIME_ALT, 0, 3.0},
         // Date-times to numbers.
@@ -33,11 +32,9 @@ std::vector<DateCase> DateCases() {
         {"DATE before day zero to I4", Raw(VT_DATE, -0.5), VT_I4, 0, -3.0},
         {"DATE to I1 is out of range", Raw(VT_DATE, 45002.5), VT_I1, -2, 45002.5},
         {"DATE to UI4 below zero", Raw(VT_DATE, 1.0), VT_UI4, -2, 1.0},
-        {"DATE to DATETIME", Raw(VT_DATE, 2.0), VTX_DATETIME, 0, 2.0},
         {"DATETIME to ISO_DATETIME", Raw(VTX_DATETIME, 45002.75), VTX_ISO_DATETIME, 0, 45002.75},
         // Durations count whole milliseconds (or 1/32 ms), rounded away from zero.
         {"DURATION 1.5 d to I8", Raw(VTX_DURATION, 1.5), VT_I8, 0, 129600000.0},
-        {"DURATION 1.5 d to R8", Raw(VTX_DURATION, 1.5), VT_R8, 0, 129600000.0},
         {"DURATION 31 ms to I4", Raw(VTX_DURATION, k31ms), VT_I4, 0, 31.0},
         {"DURATION -31 ms to I4", Raw(VTX_DURATION, -k31ms), VT_I4, 0, -31.0},
         {"ISO_DURATION 31 ms to I4", Raw(VTX_ISO_DURATION, k31ms), VT_I4, 0, 31.0},
@@ -63,18 +60,6 @@ std::vector<DateCase> DateCases() {
     };
 }
 
-double AsDouble(const CVarion& v) {
-    switch (v.GetType()) {
-    case VT_I1: return FieldOf<std::int8_t>(v);
-    case VT_I4: return FieldOf<std::int32_t>(v);
-    case VT_UI4: return FieldOf<std::uint32_t>(v);
-    case VT_I8: return static_cast<double>(FieldOf<std::int64_t>(v));
-    case VT_UI8: return static_cast<double>(FieldOf<std::uint64_t>(v));
-    case VT_R4: return FieldOf<float>(v);
-    default: return FieldOf<double>(v);
-    }
-}
-
 TEST(NumbersAndDates, ConversionsBothWays) {
     for (const DateCase& c : DateCases()) {
         CVarion v(c.source);
@@ -82,15 +67,12 @@ TEST(NumbersAndDates, ConversionsBothWays) {
         EXPECT_EQ(v.SetType(c.target), c.code) << c.name;
         if (c.code != RC_OK) {
             EXPECT_EQ(Bytes(v), before) << c.name;
-            continue;
+        } else {
+            EXPECT_EQ(v.GetType(), c.target) << c.name;
+            EXPECT_EQ(NumberOf(v), c.expected) << c.name;
         }
-        const VARTYPE expectedType = c.target;
-        EXPECT_EQ(v.GetType(), expectedType) << c.name;
-        EXPECT_EQ(AsDouble(v), c.expected) << c.name;
     }
-}
-
-TEST(NumbersAndDates, PrivateRoutesRefuseForeignKinds) {
+    // The routes behind SetType refuse the kinds they are not for.
     CVarion text("5");
     EXPECT_EQ(varion::detail::Access::ChangeNumericToDate(text, VT_DATE), RC_NOT_CONVERTIBLE);
     EXPECT_EQ(varion::detail::Access::ChangeDateToNumeric(text, VT_I4), RC_NOT_CONVERTIBLE);
