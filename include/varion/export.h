@@ -12,3 +12,19 @@
 #else
 #  define VARION_API __attribute__((visibility("default")))
 #endif
+
+// The small members of CVarion (include/varion/detail/inline_members.h) are
+// inline, so that a conversion between numbers compiles into its caller. A
+// Windows DLL must export every member, and GCC does not export the inline
+// members of an exported class: there they are ordinary members, defined once
+// in the DLL.
+#if defined(_WIN32) && !defined(VARION_STATIC)
+#  define VARION_OUT_OF_LINE_MEMBERS 1
+#  define VARION_MEMBER
+#  define VARION_MEMBER_FOLD
+#  define VARION_MEMBER_CONSTEXPR
+#else
+#  define VARION_MEMBER inline
+#  define VARION_MEMBER_FOLD VARION_FOLD_INLINE
+#  define VARION_MEMBER_CONSTEXPR constexpr
+#endif

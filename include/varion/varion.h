@@ -113,45 +113,35 @@ public:
     // The constructors from numbers are inline: a value made in a loop costs
     // two stores.
     /// VT_EMPTY.
-    CVarion() noexcept { Init<std::uint8_t>(VT_EMPTY, 0); }
+    CVarion() noexcept;
     /// VT_BOOL: one byte, 1 for true, 0 for false.
-    CVarion(bool value) noexcept { Init<std::uint8_t>(VT_BOOL, value ? 1 : 0); }
+    CVarion(bool value) noexcept;
     /// VT_I1.
-    CVarion(char value) noexcept { Init(VT_I1, static_cast<signed char>(value)); }
+    CVarion(char value) noexcept;
     /// VT_I1.
-    CVarion(signed char value) noexcept { Init(VT_I1, value); }
+    CVarion(signed char value) noexcept;
     /// VT_UI1.
-    CVarion(unsigned char value) noexcept { Init(VT_UI1, value); }
+    CVarion(unsigned char value) noexcept;
     /// VT_I2.
-    CVarion(short value) noexcept { Init(VT_I2, value); }
+    CVarion(short value) noexcept;
     /// VT_UI2.
-    CVarion(unsigned short value) noexcept { Init(VT_UI2, value); }
+    CVarion(unsigned short value) noexcept;
     /// VT_I4.
-    CVarion(int value) noexcept { Init(VT_I4, static_cast<std::int32_t>(value)); }
+    CVarion(int value) noexcept;
     /// VT_UI4.
-    CVarion(unsigned int value) noexcept { Init(VT_UI4, static_cast<std::uint32_t>(value)); }
+    CVarion(unsigned int value) noexcept;
     /// VT_I4 when the value fits 32 bits, else VT_I8 (no bits are dropped).
-    CVarion(long value) noexcept {
-        if (value >= INT32_MIN && value <= INT32_MAX)
-            Init(VT_I4, static_cast<std::int32_t>(value));
-        else
-            Init(VT_I8, static_cast<LONGLONG>(value));
-    }
+    CVarion(long value) noexcept;
     /// VT_UI4 when the value fits 32 bits, else VT_UI8.
-    CVarion(unsigned long value) noexcept {
-        if (value <= UINT32_MAX)
-            Init(VT_UI4, static_cast<std::uint32_t>(value));
-        else
-            Init(VT_UI8, static_cast<ULONGLONG>(value));
-    }
+    CVarion(unsigned long value) noexcept;
     /// VT_I8.
-    CVarion(LONGLONG value) noexcept { Init(VT_I8, value); }
+    CVarion(LONGLONG value) noexcept;
     /// VT_UI8.
-    CVarion(ULONGLONG value) noexcept { Init(VT_UI8, value); }
+    CVarion(ULONGLONG value) noexcept;
     /// VT_R4: the 4-byte single, not widened.
-    CVarion(float value) noexcept { Init(VT_R4, value); }
+    CVarion(float value) noexcept;
     /// VT_R8.
-    CVarion(double value) noexcept { Init(VT_R8, value); }
+    CVarion(double value) noexcept;
     /// VT_BSTR copied up to the terminator; a null pointer or a failed
     /// allocation gives VT_EMPTY.
     CVarion(const OLECHAR* text) noexcept;
@@ -165,23 +155,9 @@ public:
     CVarion(const CString& text) noexcept;
     /// A deep copy: strings and arrays are duplicated, a fixed-size array stays
     /// fixed-size. VT_NULL, unknown codes and failed duplications give VT_EMPTY.
-    CVarion(const CVarion& other) noexcept {
-        const VARTYPE type = other.m_v.vt;
-        if (HoldsPlainValue(type)) {
-            // Two 8-byte stores: the type code with its zeroed reserved
-            // words, then the value field.
-            const std::uint64_t head = std::endian::native == std::endian::little ? type : std::uint64_t{type} << 48;
-            std::memcpy(static_cast<void*>(&m_v), &head, sizeof head);
-            std::memcpy(&m_v.llVal, &other.m_v.llVal, sizeof(m_v.llVal));
-        } else {
-            CopyContent(other);
-        }
-    }
+    CVarion(const CVarion& other) noexcept;
     /// Takes over the other value's content; the other value becomes VT_EMPTY.
-    CVarion(CVarion&& other) noexcept {
-        std::memcpy(static_cast<void*>(&m_v), &other.m_v, sizeof(m_v));
-        other.m_v.vt = VT_EMPTY;
-    }
+    CVarion(CVarion&& other) noexcept;
     /// What SetData makes of the VARIANT; VT_EMPTY when SetData refuses it.
     CVarion(const VARIANT& source) noexcept;
     /// As the constructor from a VARIANT reference; a null pointer gives VT_EMPTY.
@@ -207,29 +183,17 @@ public:
             long millisecondFractions, unsigned short type) noexcept;
 
     /// Releases the content.
-    ~CVarion() {
-        if (OwnsContent(m_v.vt)) ReleaseContent();
-    }
+    ~CVarion();
 
     /// Releases the string or array and makes the value VT_EMPTY.
-    void Clear() noexcept {
-        if (OwnsContent(m_v.vt)) ReleaseContent();
-        m_v.vt = VT_EMPTY;
-    }
+    void Clear() noexcept;
 
     /// Deep assignment. An array destination keeps its place only for a source
     /// of the same type code and number of dimensions: a fixed-size destination
     /// keeps its size (a smaller source is enlarged along bound A, a larger
     /// byte array is copied truncated, any other larger source empties it);
     /// every other source empties an array destination.
-    CVarion& operator=(const CVarion& other) noexcept {
-        // Between values without a string or an array all 16 bytes are copied.
-        if (!OwnsContent(m_v.vt) && !OwnsContent(other.m_v.vt)) {
-            if (this != &other) std::memcpy(static_cast<void*>(&m_v), &other.m_v, sizeof(m_v));
-            return *this;
-        }
-        return AssignContent(other);
-    }
+    CVarion& operator=(const CVarion& other) noexcept;
 
     /// 1 when the value read as a Boolean (operator int()) is false: VT_I4 0,
     /// VT_EMPTY and values that cannot become a Boolean; else 0.
@@ -239,38 +203,23 @@ public:
     // Type catalogue
     // =======================================================================
     /// The type code as held, array flag included.
-    VARTYPE GetType() const noexcept { return m_v.vt; }
+    VARTYPE GetType() const noexcept;
     /// 1 for the numeric codes 2, 3, 4, 5, 11, 16 to 21, VT_DATE and the codes
     /// 100, 101, 105, 106; 0 for 102, 103, strings, arrays and the rest.
     int IsNumeric() const noexcept;
 
     /// False only for 100, 101, 105 and 106 (which leave a VARIANT as text).
-    static constexpr bool IsNativeVariant(VARTYPE type) noexcept {
-        return type != VTX_DURATION && type != VTX_DURATION_MSF && type != VTX_ISO_DURATION &&
-               type != VTX_ISO_DATETIME;
-    }
+    static VARION_MEMBER_CONSTEXPR bool IsNativeVariant(VARTYPE type) noexcept;
     /// 2, 3, 4, 5, 11, 16 to 21 (the Boolean counts; VT_DATE does not).
-    static constexpr bool IsNumericType(VARTYPE type) noexcept {
-        switch (type) {
-        case VT_I2: case VT_I4: case VT_R4: case VT_R8: case VT_BOOL:
-        case VT_I1: case VT_UI1: case VT_UI2: case VT_UI4: case VT_I8: case VT_UI8:
-            return true;
-        default:
-            return false;
-        }
-    }
+    static VARION_MEMBER_CONSTEXPR bool IsNumericType(VARTYPE type) noexcept;
     /// VT_BSTR.
-    static constexpr bool IsStringType(VARTYPE type) noexcept { return type == VT_BSTR; }
+    static VARION_MEMBER_CONSTEXPR bool IsStringType(VARTYPE type) noexcept;
     /// 7, 100, 101, 102, 103, 105, 106.
-    static constexpr bool IsAnyDateType(VARTYPE type) noexcept { return IsDateTimeType(type) || IsDurationType(type); }
+    static VARION_MEMBER_CONSTEXPR bool IsAnyDateType(VARTYPE type) noexcept;
     /// 7, 102, 103, 106.
-    static constexpr bool IsDateTimeType(VARTYPE type) noexcept {
-        return type == VT_DATE || type == VTX_DATETIME_ALT || type == VTX_DATETIME || type == VTX_ISO_DATETIME;
-    }
+    static VARION_MEMBER_CONSTEXPR bool IsDateTimeType(VARTYPE type) noexcept;
     /// 100, 101, 105.
-    static constexpr bool IsDurationType(VARTYPE type) noexcept {
-        return type == VTX_DURATION || type == VTX_DURATION_MSF || type == VTX_ISO_DURATION;
-    }
+    static VARION_MEMBER_CONSTEXPR bool IsDurationType(VARTYPE type) noexcept;
 
     /// The type code that holds a device parameter of device-description type
     /// `ddType` and `size` bytes: (1, 4) gives VT_I4, (1, 5) VT_I8, (13, 8)
@@ -318,13 +267,7 @@ public:
     /// array: -1. VT_EMPTY: cleared. From VT_EMPTY: the zero value of newType.
     /// Numbers convert with range checks and round half away from zero
     /// (VT_R8 2.5 to VT_I4 gives 3, VT_I4 300 to VT_UI1 gives -3).
-    VARION_FOLD_INLINE long SetType(VARTYPE newType) noexcept {
-        // Number to number inline (a constant target folds to the one cast);
-        // every other change goes through the dispatcher.
-        if (const varion::detail::NumericCastFn cast = varion::detail::NumericCast(newType, m_v.vt))
-            return cast(m_v);
-        return Dispatch(newType);
-    }
+    VARION_MEMBER_FOLD long SetType(VARTYPE newType) noexcept;
     /// SetType on `target` when it is not null (this value untouched), else on
     /// this value.
     long ChangeType(VARTYPE newType, CVarion* target = nullptr) noexcept;
@@ -337,27 +280,27 @@ public:
     // (0.0, an empty text) when the conversion fails. A failed range check
     // gives 0, not a saturated value.
     /// The Boolean reading: VT_I4 256 gives 1.
-    operator int() const noexcept { return ReadAs<VT_BOOL>() != 0 ? 1 : 0; }
+    operator int() const noexcept;
     /// As VT_I1.
-    operator char() const noexcept { return static_cast<char>(ReadAs<VT_I1>()); }
+    operator char() const noexcept;
     /// As VT_UI1: VT_I4 300 gives 0.
-    operator unsigned char() const noexcept { return ReadAs<VT_UI1>(); }
+    operator unsigned char() const noexcept;
     /// As VT_I2.
-    operator short() const noexcept { return ReadAs<VT_I2>(); }
+    operator short() const noexcept;
     /// As VT_UI2.
-    operator unsigned short() const noexcept { return ReadAs<VT_UI2>(); }
+    operator unsigned short() const noexcept;
     /// As VT_I4 (32-bit): VT_R8 -2.5 gives -3.
-    operator long() const noexcept { return ReadAs<VT_I4>(); }
+    operator long() const noexcept;
     /// As VT_UI4 (32-bit).
-    operator unsigned long() const noexcept { return ReadAs<VT_UI4>(); }
+    operator unsigned long() const noexcept;
     /// As VT_I8.
-    operator LONGLONG() const noexcept { return ReadAs<VT_I8>(); }
+    operator LONGLONG() const noexcept;
     /// As VT_UI8.
-    operator ULONGLONG() const noexcept { return ReadAs<VT_UI8>(); }
+    operator ULONGLONG() const noexcept;
     /// As VT_R4.
-    operator float() const noexcept { return ReadAs<VT_R4>(); }
+    operator float() const noexcept;
     /// As VT_R8.
-    operator double() const noexcept { return ReadAs<VT_R8>(); }
+    operator double() const noexcept;
     /// As text: VT_BOOL true gives "true".
     operator CString() const noexcept;
 
@@ -739,6 +682,10 @@ private:
 
     friend struct varion::detail::Access;
 };
+
+#if !defined(VARION_OUT_OF_LINE_MEMBERS)
+#include <varion/detail/inline_members.h>
+#endif
 
 static_assert(sizeof(CVarion) == sizeof(VARIANT), "a CVarion is a VARIANT");
 static_assert(varion::detail::kCastAboveMax == RC_ABOVE_MAX && varion::detail::kCastBelowMin == RC_BELOW_MIN,
