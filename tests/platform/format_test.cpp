@@ -68,29 +68,25 @@ std::string ThreeDigitExponent(const std::string& head, int width, const std::st
     return text.insert(text.find_last_of("eE") + 2, "0");
 }
 
-// Every combination of the five flags, and the widths and precisions tried with each.
-const std::vector<std::string> kFlagSets = [] {
-    std::vector<std::string> sets;
+// The fields the matrices combine with each conversion: every combination
+// of the five flags, five widths and six precisions.
+struct Spec {
+    std::string flags;
+    int width;
+    std::string precision;
+    std::string Text() const { return "%" + flags + (width ? std::to_string(width) : "") + precision; }
+};
+const std::vector<Spec> kSpecs = [] {
+    std::vector<Spec> specs;
     for (unsigned mask = 0; mask < 32; ++mask) {
-        std::string s;
+        std::string flags;
         for (unsigned i = 0; i < 5; ++i)
-            if (mask & (1U << i)) s += "-+ #0"[i];
-        sets.push_back(s);
+            if (mask & (1U << i)) flags += "-+ #0"[i];
+        for (const int width : {0, 1, 4, 12, 30})
+            for (const char* precision : {"", ".", ".0", ".1", ".5", ".17"}) specs.push_back({flags, width, precision});
     }
-    return sets;
-}();
-const int kWidths[] = {0, 1, 4, 12, 30};
-const char* const kPrecisions[] = {"", ".", ".0", ".1", ".5", ".17"};
-
-// Every "%<flags><width><precision>" the matrices combine with a conversion.
-std::vector<std::string> Specs() {
-    std::vector<std::string> specs;
-    for (const std::string& flags : kFlagSets)
-        for (const int width : kWidths)
-            for (const char* precision : kPrecisions)
-                specs.push_back("%" + flags + (width ? std::to_string(width) : "") + precision);
     return specs;
-}
+}();
 
 // Texts longer than 99 characters must overflow to the empty text.
 void ExpectMatch(const std::string& format, const FormatArg& arg, const std::string& expected, int& failures) {
@@ -116,9 +112,9 @@ TEST(FormatMatrix, IntegersMatchSnprintfForEveryFlagWidthPrecisionAndPrefix) {
     int failures = 0;
     for (const char conv : std::string("diouxX"))
         for (const auto& p : prefixes)
-            for (const std::string& spec : Specs())
+            for (const Spec& spec : kSpecs)
                 for (const std::int64_t v : values) {
-                    const std::string theirs = spec + p.theirs + conv;
+                    const std::string theirs = spec.Text() + p.theirs + conv;
                     const auto low = static_cast<std::uint32_t>(v);
                     const bool isSigned = conv == 'd' || conv == 'i';
                     const std::string expected =
@@ -127,7 +123,7 @@ TEST(FormatMatrix, IntegersMatchSnprintfForEveryFlagWidthPrecisionAndPrefix) {
                                : (isSigned ? Reference(theirs, static_cast<std::int32_t>(low)) : Reference(theirs, low));
                     const FormatArg arg = isSigned ? FormatArg(static_cast<long long>(v))
                                                    : FormatArg(static_cast<unsigned long long>(v));
-                    ExpectMatch(spec + p.ours + conv, arg, expected, failures);
+                    ExpectMatch(spec.Text() + p.ours + conv, arg, expected, failures);
                 }
     EXPECT_EQ(failures, 0);
 }
@@ -141,24 +137,22 @@ void CheckFloats() {
                              std::numeric_limits<double>::quiet_NaN()};
     int failures = 0;
     for (const char conv : std::string("eEfgG"))
-        for (const std::string& flags : kFlagSets)
-            for (const int width : kWidths)
-                for (const std::string precision : kPrecisions)
-                    for (const double v : values) {
-                        const std::string head = "%" + flags;
-                        std::string expected = ThreeDigitExponent(head, width, precision + conv, v);
-                        // The C library drops the zeros of "%#g" when rounding carries into
-                        // a new exponent (999999.5 gives 1.e+06). By definition "%#g" in
-                        // its exponent style is "%#e" with one digit less of precision.
-                        if ((conv == 'g' || conv == 'G') && flags.find('#') != std::string::npos &&
-                            expected.find_first_of("eE") != std::string::npos && std::isfinite(v)) {
-                            const int p = precision.empty() ? 6 : std::max(1, std::atoi(precision.c_str() + 1));
-                            expected = ThreeDigitExponent(head, width, "." + std::to_string(p - 1) + (conv == 'g' ? 'e' : 'E'), v);
-                        }
-                        const std::string field = head + (width ? std::to_string(width) : "") + precision;
-                        ExpectMatch(field + conv, FormatArg(v), expected, failures);
-                        ExpectMatch(field + "l" + conv, FormatArg(v), expected, failures);
-                    }
+        for (const Spec& spec : kSpecs)
+            for (const double v : values) {
+                const std::string head = "%" + spec.flags;
+                std::string expected = ThreeDigitExponent(head, spec.width, spec.precision + conv, v);
+                // The C library drops the zeros of "%#g" when rounding carries into a new
+                // exponent (999999.5 gives 1.e+06). By definition "%#g" in its exponent
+                // style is "%#e" with one digit less of precision.
+                if ((conv == 'g' || conv == 'G') && spec.flags.find('#') != std::string::npos &&
+                    expected.find_first_of("eE") != std::string::npos && std::isfinite(v)) {
+                    const int p = spec.precision.empty() ? 6 : std::max(1, std::atoi(spec.precision.c_str() + 1));
+                    const std::string tail = "." + std::to_string(p - 1) + (conv == 'g' ? 'e' : 'E');
+                    expected = ThreeDigitExponent(head, spec.width, tail, v);
+                }
+                ExpectMatch(spec.Text() + conv, FormatArg(v), expected, failures);
+                ExpectMatch(spec.Text() + "l" + conv, FormatArg(v), expected, failures);
+            }
     EXPECT_EQ(failures, 0);
 }
 
@@ -177,10 +171,10 @@ TEST(FormatMatrix, FloatsUseTheCLibraryDecimalSeparator) {
 
 TEST(FormatMatrix, CharactersAndTextsMatchSnprintf) {
     int failures = 0;
-    for (const std::string& spec : Specs())
+    for (const Spec& field : kSpecs)
         for (const char* prefix : {"", "h", "l"})
             for (const char conv : {'c', 'C', 's', 'S'}) {
-                const std::string ours = spec + prefix + conv;
+                const std::string spec = field.Text(), ours = spec + prefix + conv;
                 if (conv == 'c' || conv == 'C')
                     for (const int code : {32, 48, 65, 122, 126})
                         ExpectMatch(ours, FormatArg(code), Reference(spec + "c", code), failures);
