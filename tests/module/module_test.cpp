@@ -37,7 +37,8 @@ const std::string kPrefix = "L\xC3\xA4ndereinstellung f\xC3\xBCr Numerik:  ";
 
 // The name the C runtime gives the user's default numeric locale.
 std::string UsersNumericLocale() {
-    const std::string restore = std::setlocale(LC_NUMERIC, nullptr);
+    const char* before = std::setlocale(LC_NUMERIC, nullptr);
+    const std::string restore = before != nullptr ? before : "C";
     const char* name = std::setlocale(LC_NUMERIC, "");
     const std::string result = name != nullptr ? name : "";
     std::setlocale(LC_NUMERIC, restore.c_str());

@@ -12,6 +12,7 @@
 
 #include <limits>
 #include <string>
+#include <utility>
 
 using varion::test::LocaleText;
 using varion::test::ScopedEnv;
