@@ -70,22 +70,22 @@ std::string ThreeDigitExponent(const std::string& head, int width, const std::st
 
 // The fields the matrices combine with each conversion: every combination
 // of the five flags, five widths and six precisions.
-struct Spec {
+struct Field {
     std::string flags;
     int width;
     std::string precision;
     std::string Text() const { return "%" + flags + (width ? std::to_string(width) : "") + precision; }
 };
-const std::vector<Spec> kSpecs = [] {
-    std::vector<Spec> specs;
+const std::vector<Field> kFields = [] {
+    std::vector<Field> fields;
     for (unsigned mask = 0; mask < 32; ++mask) {
         std::string flags;
         for (unsigned i = 0; i < 5; ++i)
             if (mask & (1U << i)) flags += "-+ #0"[i];
         for (const int width : {0, 1, 4, 12, 30})
-            for (const char* precision : {"", ".", ".0", ".1", ".5", ".17"}) specs.push_back({flags, width, precision});
+            for (const char* precision : {"", ".", ".0", ".1", ".5", ".17"}) fields.push_back({flags, width, precision});
     }
-    return specs;
+    return fields;
 }();
 
 // Texts longer than 99 characters must overflow to the empty text.
@@ -112,7 +112,7 @@ TEST(FormatMatrix, IntegersMatchSnprintfForEveryFlagWidthPrecisionAndPrefix) {
     int failures = 0;
     for (const char conv : std::string("diouxX"))
         for (const auto& p : prefixes)
-            for (const Spec& spec : kSpecs)
+            for (const Field& spec : kFields)
                 for (const std::int64_t v : values) {
                     const std::string theirs = spec.Text() + p.theirs + conv;
                     const auto low = static_cast<std::uint32_t>(v);
@@ -137,7 +137,7 @@ void CheckFloats() {
                              std::numeric_limits<double>::quiet_NaN()};
     int failures = 0;
     for (const char conv : std::string("eEfgG"))
-        for (const Spec& spec : kSpecs)
+        for (const Field& spec : kFields)
             for (const double v : values) {
                 const std::string head = "%" + spec.flags;
                 std::string expected = ThreeDigitExponent(head, spec.width, spec.precision + conv, v);
@@ -171,7 +171,7 @@ TEST(FormatMatrix, FloatsUseTheCLibraryDecimalSeparator) {
 
 TEST(FormatMatrix, CharactersAndTextsMatchSnprintf) {
     int failures = 0;
-    for (const Spec& field : kSpecs)
+    for (const Field& field : kFields)
         for (const char* prefix : {"", "h", "l"})
             for (const char conv : {'c', 'C', 's', 'S'}) {
                 const std::string spec = field.Text(), ours = spec + prefix + conv;
