@@ -8,7 +8,7 @@
 #include <clocale>
 #include <cstdio>
 #include <string>
-#include <vector>
+#include <utility>
 
 #if defined(_WIN32)
 #include <fcntl.h>
@@ -17,10 +17,10 @@
 
 namespace {
 
-std::vector<std::string> g_lines;
-void CaptureLine(const OLECHAR* line) { g_lines.push_back(CString(line).ToUtf8()); }
+std::string g_lines;  // everything start-up sent to the sink
+void CaptureLine(const OLECHAR* line) { g_lines += CString(line).ToUtf8(); }
 
-// Runs start-up with the given environment and answers the line it wrote.
+// Runs start-up with the given environment and answers what it wrote.
 // (Windows takes the user's locale from the system, not the environment.)
 std::string StartUpWith(const char* lcAll) {
     varion::test::ScopedEnv locpath("LOCPATH", VARION_TEST_LOCPATH);
@@ -30,13 +30,11 @@ std::string StartUpWith(const char* lcAll) {
     const VARION_DIAGNOSTIC_SINK previous = VarionSetDiagnosticSink(CaptureLine);
     EXPECT_TRUE(varion::detail::CVarionApp().InitInstance());
     VarionSetDiagnosticSink(previous);
-    EXPECT_EQ(g_lines.size(), 1u);
-    return g_lines.empty() ? std::string() : g_lines.front();
+    return g_lines;
 }
 
 const std::string kPrefix = "L\xC3\xA4ndereinstellung f\xC3\xBCr Numerik:  ";
 
-#if defined(_WIN32)
 // The name the C runtime gives the user's default numeric locale.
 std::string UsersNumericLocale() {
     const char* before = std::setlocale(LC_NUMERIC, nullptr);
@@ -46,39 +44,31 @@ std::string UsersNumericLocale() {
     std::setlocale(LC_NUMERIC, restore.c_str());
     return result;
 }
-#endif
 
 }  // namespace
 
+// Only the numeric category changes; a locale that cannot be set leaves the
+// old one and an empty name.
 TEST(StartUp, SetsTheUsersNumericLocaleAndReportsIt) {
-    std::setlocale(LC_NUMERIC, "C");
+    const struct { const char* lcAll; const char* name; const char* point; } rows[] = {
 #if defined(_WIN32)
-    const std::string user = UsersNumericLocale();
-    EXPECT_EQ(StartUpWith(nullptr), kPrefix + user + "\r\n");
-    EXPECT_EQ(std::string(std::setlocale(LC_NUMERIC, nullptr)), user);
+        {nullptr, nullptr, nullptr},  // the system's user locale
 #else
-    EXPECT_EQ(StartUpWith("de_DE.UTF-8"), kPrefix + "de_DE.UTF-8\r\n");
-    EXPECT_STREQ(std::localeconv()->decimal_point, ",");
-    EXPECT_EQ(StartUpWith("C"), kPrefix + "C\r\n");
-    EXPECT_STREQ(std::localeconv()->decimal_point, ".");
+        {"de_DE.UTF-8", "de_DE.UTF-8", ","}, {"C", "C", "."}, {"xx_NOWHERE.UTF-8", "", "."},
 #endif
-    std::setlocale(LC_NUMERIC, "C");
-}
-
-#if !defined(_WIN32)
-TEST(StartUp, ALocaleThatCannotBeSetLeavesTheOldOneAndAnEmptyName) {
-    std::setlocale(LC_NUMERIC, "C");
-    EXPECT_EQ(StartUpWith("xx_NOWHERE.UTF-8"), kPrefix + "\r\n");
-    EXPECT_STREQ(std::setlocale(LC_NUMERIC, nullptr), "C");
-}
-#endif
-
-TEST(StartUp, OnlyTheNumericCategoryChanges) {
+    };
+    for (const auto& r : rows) {
+        std::setlocale(LC_ALL, "C");
+        const std::string name = r.name != nullptr ? r.name : UsersNumericLocale();
+        EXPECT_EQ(StartUpWith(r.lcAll), kPrefix + name + "\r\n");
+        EXPECT_EQ(std::string(std::setlocale(LC_NUMERIC, nullptr)), name.empty() ? "C" : name);
+        if (r.point != nullptr) {
+            EXPECT_STREQ(std::localeconv()->decimal_point, r.point) << name;
+        }
+        EXPECT_STREQ(std::setlocale(LC_TIME, nullptr), "C");
+        EXPECT_STREQ(std::setlocale(LC_CTYPE, nullptr), "C");
+    }
     std::setlocale(LC_ALL, "C");
-    StartUpWith("de_DE.UTF-8");
-    EXPECT_STREQ(std::setlocale(LC_TIME, nullptr), "C");
-    EXPECT_STREQ(std::setlocale(LC_CTYPE, nullptr), "C");
-    std::setlocale(LC_NUMERIC, "C");
 }
 
 // Loading the library runs start-up; the default sink writes to standard
@@ -106,8 +96,7 @@ std::string StderrWhileLoading(const char* debug) {
     std::string text;
     if (FILE* in = std::fopen(path.c_str(), "r")) {  // text mode, as the line was written
         char buffer[512];
-        std::size_t n = 0;
-        while ((n = std::fread(buffer, 1, sizeof(buffer), in)) > 0) text.append(buffer, n);
+        for (std::size_t n; (n = std::fread(buffer, 1, sizeof(buffer), in)) > 0;) text.append(buffer, n);
         std::fclose(in);
     }
     std::remove(path.c_str());
@@ -118,8 +107,7 @@ std::string StderrWhileLoading(const char* debug) {
 
 TEST(StartUp, TheLoadedLibraryWritesTheLineWhenAskedTo) {
     std::setlocale(LC_NUMERIC, "C");
-    const std::string user = UsersNumericLocale();
-    EXPECT_EQ(StderrWhileLoading("1"), kPrefix + user + "\r\n");
+    EXPECT_EQ(StderrWhileLoading("1"), kPrefix + UsersNumericLocale() + "\r\n");
     EXPECT_EQ(StderrWhileLoading(nullptr), "");
     std::setlocale(LC_NUMERIC, "C");
 }
@@ -128,10 +116,11 @@ TEST(StartUp, TheLoadedLibraryWritesTheLineWhenAskedTo) {
     const std::string tool = VARION_TOOL_PATH;
     ASSERT_FALSE(tool.empty());
     const std::string env = std::string("LOCPATH=") + VARION_TEST_LOCPATH + " LC_ALL=de_DE.UTF-8 ";
-    std::string out;
-    EXPECT_EQ(varion::test::RunCommand(env + "VARION_DEBUG=1 " + tool + " --help 2>&1 >/dev/null", out), 0);
-    EXPECT_EQ(out, kPrefix + "de_DE.UTF-8\r\n");
-    EXPECT_EQ(varion::test::RunCommand("env -u VARION_DEBUG " + env + tool + " --help 2>&1 >/dev/null", out), 0);
-    EXPECT_EQ(out, "");
+    for (const auto& [debug, line] : {std::pair<const char*, std::string>{"VARION_DEBUG=1 ", kPrefix + "de_DE.UTF-8\r\n"},
+                                      {"", ""}}) {
+        std::string out;
+        EXPECT_EQ(varion::test::RunCommand("env -u VARION_DEBUG " + env + debug + tool + " --help 2>&1 >/dev/null", out), 0);
+        EXPECT_EQ(out, line) << debug;
+    }
 }
 #endif

@@ -8,52 +8,37 @@
 
 #include <cstring>
 
-TEST(Bstr, LengthPrefixAndTerminator) {
-    BSTR s = SysAllocString(OLESTR("abc"));
-    ASSERT_NE(s, nullptr);
-    EXPECT_EQ(SysStringLen(s), 3u);
-    EXPECT_EQ(SysStringByteLen(s), 6u);
-    EXPECT_EQ(s[3], 0);
-    std::uint32_t prefix = 0;
-    std::memcpy(&prefix, reinterpret_cast<const char*>(s) - 4, 4);
-    EXPECT_EQ(prefix, 6u);
-    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(s) % 8, 0u);
-    SysFreeString(s);
+TEST(Bstr, EveryFormKeepsPrefixLengthsTerminatorAndAlignment) {
+    const OLECHAR embedded[] = {'a', 0, 'b'};
+    const struct {
+        BSTR s;
+        UINT bytes;
+        const char* content;  // the bytes and the two zero bytes after them
+    } rows[] = {
+        {SysAllocString(OLESTR("abc")), 6, "a\0b\0c\0\0"},
+        {SysAllocString(OLESTR("")), 0, "\0"},
+        {SysAllocStringLen(embedded, 3), 6, "a\0\0\0b\0\0"},  // zeros count
+        {SysAllocStringLen(nullptr, 4), 8, "\0\0\0\0\0\0\0\0\0"},
+        {SysAllocStringByteLen("xyz", 3), 3, "xyz\0"},  // odd byte lengths are kept
+    };
+    for (const auto& r : rows) {
+        ASSERT_NE(r.s, nullptr) << r.bytes;
+        std::uint32_t prefix = 0;
+        std::memcpy(&prefix, reinterpret_cast<const char*>(r.s) - 4, 4);
+        EXPECT_EQ(prefix, r.bytes);
+        EXPECT_EQ(SysStringByteLen(r.s), r.bytes);
+        EXPECT_EQ(SysStringLen(r.s), r.bytes / 2);
+        EXPECT_EQ(std::memcmp(r.s, r.content, r.bytes + 2), 0) << r.bytes;
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(r.s) % 8, 0u);
+        SysFreeString(r.s);
+    }
 }
 
-TEST(Bstr, LengthsCountEmbeddedZeros) {
-    const OLECHAR text[] = {'a', 0, 'b'};
-    BSTR s = SysAllocStringLen(text, 3);
-    EXPECT_EQ(SysStringLen(s), 3u);
-    EXPECT_EQ(s[2], 'b');
-    EXPECT_EQ(s[3], 0);
-    SysFreeString(s);
-    BSTR zeros = SysAllocStringLen(nullptr, 4);
-    EXPECT_EQ(SysStringLen(zeros), 4u);
-    for (int i = 0; i <= 4; ++i) EXPECT_EQ(zeros[i], 0);
-    SysFreeString(zeros);
-}
-
-TEST(Bstr, ByteLengthsMayBeOdd) {
-    BSTR s = SysAllocStringByteLen("xyz", 3);
-    EXPECT_EQ(SysStringByteLen(s), 3u);
-    EXPECT_EQ(SysStringLen(s), 1u);
-    EXPECT_EQ(std::memcmp(s, "xyz\0\0", 5), 0);  // two zero bytes follow the content
-    SysFreeString(s);
-}
-
-TEST(Bstr, NullIsSafeEverywhere) {
+TEST(Bstr, NullAndRefusedSizesAndFailedAllocations) {
     EXPECT_EQ(SysAllocString(nullptr), nullptr);
     EXPECT_EQ(SysStringLen(nullptr), 0u);
     EXPECT_EQ(SysStringByteLen(nullptr), 0u);
     SysFreeString(nullptr);
-    BSTR empty = SysAllocString(OLESTR(""));
-    ASSERT_NE(empty, nullptr);
-    EXPECT_EQ(SysStringLen(empty), 0u);
-    SysFreeString(empty);
-}
-
-TEST(Bstr, RefusesWhatCannotBeAllocated) {
     EXPECT_EQ(SysAllocStringLen(nullptr, 0xFFFFFFFFu), nullptr);
     VARION_STANDIN_ONLY(EXPECT_EQ(SysAllocStringByteLen(nullptr, 0xFFFFFFF0u), nullptr));
     varion::detail::FailAllocationAfter(1);

@@ -3,56 +3,53 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 using varion::test::Utf8;
 
-TEST(CStringText, EncodingsRoundTrip) {
+TEST(CStringText, EncodingsRoundTripAndInvalidInputBecomesReplacementCharacters) {
     const CString fromUtf8("a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80");  // a, ä, €, U+1F600
     EXPECT_EQ(fromUtf8.GetLength(), 5);                          // the emoji takes two code units
     EXPECT_EQ(Utf8(fromUtf8), "a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80");
     EXPECT_EQ(CString(L"a\u00e4\u20ac\U0001F600"), fromUtf8);
-    // Invalid input becomes U+FFFD, never a crash or a dropped byte.
-    EXPECT_EQ(Utf8(CString("\xFF" "a" "\xC3")), "\xEF\xBF\xBD" "a" "\xEF\xBF\xBD");
-    EXPECT_EQ(Utf8(CString("\xE0\x80\xAF")), "\xEF\xBF\xBD");  // overlong
     const OLECHAR lone[] = {0xD800, 'x', 0};
-    EXPECT_EQ(Utf8(CString(lone)), "\xEF\xBF\xBDx");
-    EXPECT_TRUE(CString(static_cast<const char*>(nullptr)).IsEmpty());
+    const std::pair<CString, const char*> invalid[] = {
+        {CString("\xFF" "a" "\xC3"), "\xEF\xBF\xBD" "a" "\xEF\xBF\xBD"},
+        {CString("\xE0\x80\xAF"), "\xEF\xBF\xBD"},  // overlong
+        {CString(lone), "\xEF\xBF\xBDx"},
+        {CString(static_cast<const char*>(nullptr)), ""},
+    };
+    for (const auto& [text, utf8] : invalid) EXPECT_EQ(Utf8(text), utf8);
 }
 
-TEST(CStringText, ExtractionClampsPositions) {
+TEST(CStringText, PositionsAreClamped) {
     const CString s("abcdef");
-    EXPECT_EQ(Utf8(s.Mid(2)), "cdef");
-    EXPECT_EQ(Utf8(s.Mid(2, 2)), "cd");
-    EXPECT_EQ(Utf8(s.Mid(-3, 2)), "ab");
-    EXPECT_EQ(Utf8(s.Mid(4, 100)), "ef");
-    EXPECT_EQ(Utf8(s.Mid(100)), "");
-    EXPECT_EQ(Utf8(s.Left(-1)), "");
-    EXPECT_EQ(Utf8(s.Left(99)), "abcdef");
-    EXPECT_EQ(Utf8(s.Right(2)), "ef");
-    EXPECT_EQ(s.GetAt(6), 0);
-    EXPECT_EQ(s.Find('d'), 3);
-    EXPECT_EQ(s.Find('d', 4), -1);
-    EXPECT_EQ(s.Find('a', 99), -1);
-    EXPECT_EQ(s.Find(OLESTR("cd")), 2);
-    EXPECT_EQ(s.Find(OLESTR("")), 0);
-    EXPECT_EQ(s.ReverseFind('a'), 0);
-    EXPECT_EQ(s.FindOneOf(OLESTR("xyf")), 5);
+    const std::pair<CString, const char*> parts[] = {
+        {s.Mid(2), "cdef"},  {s.Mid(2, 2), "cd"},   {s.Mid(-3, 2), "ab"}, {s.Mid(4, 100), "ef"},
+        {s.Mid(100), ""},    {s.Left(-1), ""},      {s.Left(99), "abcdef"}, {s.Right(2), "ef"},
+    };
+    for (const auto& [part, expected] : parts) EXPECT_EQ(Utf8(part), expected);
+    const std::pair<int, int> found[] = {
+        {s.Find('d'), 3},           {s.Find('d', 4), -1},   {s.Find('a', 99), -1},
+        {s.Find(OLESTR("cd")), 2},  {s.Find(OLESTR("")), 0}, {s.ReverseFind('a'), 0},
+        {s.FindOneOf(OLESTR("xyf")), 5}, {s.GetAt(6), 0},
+    };
+    for (const auto& [got, expected] : found) EXPECT_EQ(got, expected);
 }
 
-TEST(CStringText, TokenizeSkipsRunsOfDelimiters) {
+TEST(CStringText, TokenizeSkipsRunsOfDelimitersAndStaysFinished) {
     const CString s(",,a,,bc,");
     int pos = 0;
-    EXPECT_EQ(Utf8(s.Tokenize(OLESTR(","), pos)), "a");
-    EXPECT_EQ(pos, 4);
-    EXPECT_EQ(Utf8(s.Tokenize(OLESTR(","), pos)), "bc");
-    EXPECT_EQ(Utf8(s.Tokenize(OLESTR(","), pos)), "");
-    EXPECT_EQ(pos, -1);
-    EXPECT_EQ(Utf8(s.Tokenize(OLESTR(","), pos)), "");  // stays finished
+    for (const auto& [token, next] : {std::pair<const char*, int>{"a", 4}, {"bc", 8}, {"", -1}, {"", -1}}) {
+        EXPECT_EQ(Utf8(s.Tokenize(OLESTR(","), pos)), token);
+        EXPECT_EQ(pos, next);
+    }
     int whole = 0;
     EXPECT_EQ(Utf8(CString("xy").Tokenize(OLESTR(""), whole)), "xy");
     EXPECT_EQ(Utf8(CString("xy").Tokenize(OLESTR(""), whole)), "");
 }
 
-TEST(CStringText, ModifyTrimAndCase) {
+TEST(CStringText, ModifyTrimCaseAndCompare) {
     CString s("  a b\t\r\n");
     s.Trim();
     EXPECT_EQ(Utf8(s), "a b");
@@ -73,7 +70,7 @@ TEST(CStringText, ModifyTrimAndCase) {
     EXPECT_EQ(CString("").Compare(nullptr), 0);
 }
 
-TEST(CByteArrayTest, SizeAndAccess) {
+TEST(CByteArrayTest, SizeAndAccessOutOfRange) {
     CByteArray a;
     a.SetSize(3);
     a.SetAt(1, 7);

@@ -8,11 +8,24 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdint>
+#include <string>
 
 using varion::test::CountingUnknown;
+using varion::test::Utf8;
 
-TEST(SafeArray, BoundsListMostSignificantFirst) {
+namespace {
+
+// The index vector of element (i along rgsabound[0], j along rgsabound[1]).
+struct At {
+    LONG v[2];
+    At(LONG i, LONG j) { varion::detail::MakeIndexVector(2, i, j, v); }
+};
+
+}  // namespace
+
+TEST(SafeArray, BoundsListMostSignificantFirstAndIndicesAreChecked) {
     SAFEARRAYBOUND bounds[2] = {{2, 10}, {3, 20}};  // B, then A
     SAFEARRAY* psa = SafeArrayCreate(VT_I4, 2, bounds);
     ASSERT_NE(psa, nullptr);
@@ -21,42 +34,35 @@ TEST(SafeArray, BoundsListMostSignificantFirst) {
     EXPECT_EQ(psa->rgsabound[1].cElements, 2u);
     EXPECT_EQ(SafeArrayGetDim(psa), 2u);
     EXPECT_EQ(SafeArrayGetElemsize(psa), 4u);
-    LONG lb = 0, ub = 0;
-    EXPECT_EQ(SafeArrayGetLBound(psa, 1, &lb), S_OK);
-    EXPECT_EQ(SafeArrayGetUBound(psa, 1, &ub), S_OK);
-    EXPECT_EQ(lb, 10);
-    EXPECT_EQ(ub, 11);
-    EXPECT_EQ(SafeArrayGetLBound(psa, 2, &lb), S_OK);
-    EXPECT_EQ(lb, 20);
-    EXPECT_EQ(SafeArrayGetLBound(psa, 3, &lb), DISP_E_BADINDEX);
+    LONG lb1 = 0, ub1 = 0, lb2 = 0;
     VARTYPE vt = 0;
+    EXPECT_EQ(SafeArrayGetLBound(psa, 1, &lb1), S_OK);
+    EXPECT_EQ(SafeArrayGetUBound(psa, 1, &ub1), S_OK);
+    EXPECT_EQ(SafeArrayGetLBound(psa, 2, &lb2), S_OK);
+    EXPECT_EQ(SafeArrayGetLBound(psa, 3, &lb2), DISP_E_BADINDEX);
+    EXPECT_EQ((std::array<LONG, 3>{lb1, ub1, lb2}), (std::array<LONG, 3>{10, 11, 20}));
     EXPECT_EQ(SafeArrayGetVartype(psa, &vt), S_OK);
     EXPECT_EQ(vt, VT_I4);
-
-    // The stand-ins take index vectors least significant first, the index
-    // along rgsabound[0] (which varies fastest) first: (i, j) lies at
-    // i + j * countA. The Windows services take the leftmost dimension first,
-    // and it varies fastest there: (j, i) lies at j + i * countB.
-    const bool aFirst = varion::test::kStandInServices;
-    LONG index[2] = {aFirst ? 21 : 11, aFirst ? 11 : 21};
+    // Element (1, 1) of A (3 from 20) by B (2 from 10) lies at 1 + 1 * 3 in
+    // the stand-ins, where A varies fastest; Windows varies its leftmost
+    // dimension (B) fastest: 1 + 1 * 2.
     std::int32_t x = 7;
-    EXPECT_EQ(SafeArrayPutElement(psa, index, &x), S_OK);
-    EXPECT_EQ(static_cast<std::int32_t*>(psa->pvData)[aFirst ? 1 + 1 * 3 : 1 + 1 * 2], 7);
-    LONG outside[2] = {aFirst ? 23 : 11, aFirst ? 11 : 23};
-    EXPECT_EQ(SafeArrayPutElement(psa, outside, &x), DISP_E_BADINDEX);
-    std::int32_t got = -1;
-    EXPECT_EQ(SafeArrayGetElement(psa, outside, &got), DISP_E_BADINDEX);
-    EXPECT_EQ(got, -1);
+    EXPECT_EQ(SafeArrayPutElement(psa, At(21, 11).v, &x), S_OK);
+    EXPECT_EQ(static_cast<std::int32_t*>(psa->pvData)[varion::test::kStandInServices ? 1 + 1 * 3 : 1 + 1 * 2], 7);
+    for (At outside : {At(23, 11), At(19, 11), At(20, 12), At(20, 9)}) {
+        std::int32_t got = -1;
+        EXPECT_EQ(SafeArrayPutElement(psa, outside.v, &x), DISP_E_BADINDEX);
+        EXPECT_EQ(SafeArrayGetElement(psa, outside.v, &got), DISP_E_BADINDEX);
+        EXPECT_EQ(got, -1);
+    }
     EXPECT_EQ(SafeArrayDestroy(psa), S_OK);
 }
 
-TEST(SafeArray, RefusedElementTypes) {
-    for (VARTYPE vt : std::initializer_list<VARTYPE>{VT_EMPTY, VT_NULL, 100, 101, 102, 103, 104, 105, 106,
-                                                     VT_RECORD, 0x2003, 0xFFFF}) {
+TEST(SafeArray, RefusedElementTypesSizesAndFailedAllocations) {
+    for (VARTYPE vt : {VARTYPE(VT_EMPTY), VARTYPE(VT_NULL), VARTYPE(100), VARTYPE(103), VARTYPE(106),
+                       VARTYPE(VT_RECORD), VARTYPE(0x2003), VARTYPE(0xFFFF)})
         EXPECT_EQ(SafeArrayCreateVector(vt, 0, 1), nullptr) << vt;
-    }
-    SAFEARRAY* decimals = SafeArrayCreateVector(VT_DECIMAL, 0, 2);  // 16-byte elements
-    ASSERT_NE(decimals, nullptr);
+    SAFEARRAY* decimals = SafeArrayCreateVector(VT_DECIMAL, 0, 2);
     EXPECT_EQ(SafeArrayGetElemsize(decimals), 16u);
     SafeArrayDestroy(decimals);
     SAFEARRAYBOUND b{1, 0};
@@ -75,129 +81,84 @@ TEST(SafeArray, RefusedElementTypes) {
         }
         ASSERT_LT(n, 10);
     }
-}
-
-TEST(SafeArray, StringsAndVariantsAreCopiedInAndOut) {
-    SAFEARRAY* psa = SafeArrayCreateVector(VT_BSTR, 0, 2);
-    BSTR s = SysAllocString(OLESTR("hello"));
-    LONG i = 1;
-    EXPECT_EQ(SafeArrayPutElement(psa, &i, s), S_OK);
-    SysFreeString(s);  // the array holds its own copy
-    BSTR out = nullptr;
-    EXPECT_EQ(SafeArrayGetElement(psa, &i, &out), S_OK);
-    ASSERT_NE(out, nullptr);
-    EXPECT_EQ(SysStringLen(out), 5u);
-    SysFreeString(out);
-
-    SAFEARRAY* copy = nullptr;
-    EXPECT_EQ(SafeArrayCopy(psa, &copy), S_OK);
-    BSTR a = nullptr;
-    BSTR b = nullptr;
-    SafeArrayPtrOfIndex(psa, &i, reinterpret_cast<void**>(&a));
-    SafeArrayPtrOfIndex(copy, &i, reinterpret_cast<void**>(&b));
-    EXPECT_NE(*reinterpret_cast<BSTR*>(a), *reinterpret_cast<BSTR*>(b));
-    SafeArrayDestroy(copy);
-    SafeArrayDestroy(psa);
-
-    SAFEARRAY* variants = SafeArrayCreateVector(VT_VARIANT, 0, 1);
-    VARIANT v;
-    VariantInit(&v);
-    v.vt = VT_BSTR;
-    v.bstrVal = SysAllocString(OLESTR("x"));
-    LONG zero = 0;
-    EXPECT_EQ(SafeArrayPutElement(variants, &zero, &v), S_OK);
-    VariantClear(&v);
-    VARIANT back;
-    VariantInit(&back);
-    EXPECT_EQ(SafeArrayGetElement(variants, &zero, &back), S_OK);
-    EXPECT_EQ(back.vt, VT_BSTR);
-    EXPECT_EQ(SysStringLen(back.bstrVal), 1u);
-    VariantClear(&back);
-    SafeArrayDestroy(variants);
-}
-
-TEST(SafeArray, InterfacesHoldOneReferencePerElement) {
-    CountingUnknown unknown;
-    SAFEARRAY* psa = SafeArrayCreateVector(VT_UNKNOWN, 0, 1);
-    LONG zero = 0;
-    SafeArrayPutElement(psa, &zero, static_cast<IUnknown*>(&unknown));
-    EXPECT_EQ(unknown.refs, 2u);
-    SAFEARRAY* copy = nullptr;
-    SafeArrayCopy(psa, &copy);
-    EXPECT_EQ(unknown.refs, 3u);
-    SafeArrayDestroy(copy);
-    SafeArrayDestroy(psa);
-    EXPECT_EQ(unknown.refs, 1u);
-}
-
-TEST(SafeArray, RedimResizesBoundAAndKeepsElements) {
-    SAFEARRAY* psa = SafeArrayCreateVector(VT_I2, 5, 3);
-    for (LONG i = 5; i < 8; ++i) {
-        auto x = static_cast<std::int16_t>(i);
-        SafeArrayPutElement(psa, &i, &x);
-    }
-    SAFEARRAYBOUND grow{5, 5};
-    EXPECT_EQ(SafeArrayRedim(psa, &grow), S_OK);
-    const auto* data = static_cast<const std::int16_t*>(psa->pvData);
-    EXPECT_EQ(data[2], 7);
-    EXPECT_EQ(data[3], 0);
-    EXPECT_EQ(data[4], 0);
-    SAFEARRAYBOUND shrink{1, 5};
-    EXPECT_EQ(SafeArrayRedim(psa, &shrink), S_OK);
-    EXPECT_EQ(psa->rgsabound[0].cElements, 1u);
-    psa->fFeatures |= FADF_FIXEDSIZE;
-    EXPECT_EQ(SafeArrayRedim(psa, &grow), DISP_E_ARRAYISLOCKED);
-    EXPECT_EQ(SafeArrayLock(psa), S_OK);
-    EXPECT_EQ(SafeArrayDestroy(psa), DISP_E_ARRAYISLOCKED);
-    EXPECT_EQ(SafeArrayUnlock(psa), S_OK);
-    EXPECT_EQ(SafeArrayUnlock(psa), E_UNEXPECTED);
-    EXPECT_EQ(SafeArrayDestroy(psa), S_OK);
-}
-
-TEST(SafeArray, RedimOfTwoDimensionsKeepsElements) {
-    // texts[j][i] is element (i along rgsabound[0], j along rgsabound[1]).
-    SAFEARRAYBOUND bounds[2] = {{2, 0}, {2, 0}};
-    SAFEARRAY* psa = SafeArrayCreate(VT_BSTR, 2, bounds);
-    const OLECHAR* texts[2][2] = {{OLESTR("a"), OLESTR("b")}, {OLESTR("c"), OLESTR("d")}};
-    const auto at = [](LONG i, LONG j, LONG vector[2]) { varion::detail::MakeIndexVector(2, i, j, vector); };
-    for (LONG j = 0; j < 2; ++j)
-        for (LONG i = 0; i < 2; ++i) {
-            LONG index[2];
-            at(i, j, index);
-            BSTR s = SysAllocString(texts[j][i]);
-            SafeArrayPutElement(psa, index, s);
-            SysFreeString(s);
-        }
-    SAFEARRAYBOUND wider{3, 0};
-    ASSERT_EQ(SafeArrayRedim(psa, &wider), S_OK);
-    LONG index[2];
-    at(1, 1, index);
-    BSTR got = nullptr;
-    SafeArrayGetElement(psa, index, &got);
-    EXPECT_EQ(got[0], 'd');
-    SysFreeString(got);
-    at(2, 1, index);
-    SafeArrayGetElement(psa, index, &got);
-    EXPECT_EQ(got, nullptr);  // the added element is empty
-    SAFEARRAYBOUND narrower{1, 0};  // drops (and frees) "b" and "d"
-    ASSERT_EQ(SafeArrayRedim(psa, &narrower), S_OK);
-    at(0, 1, index);
-    SafeArrayGetElement(psa, index, &got);
-    EXPECT_EQ(got[0], 'c');
-    SysFreeString(got);
-    at(1, 1, index);
-    EXPECT_EQ(SafeArrayGetElement(psa, index, &got), DISP_E_BADINDEX);
-    SafeArrayDestroy(psa);
-}
-
-TEST(SafeArray, NullArguments) {
     EXPECT_EQ(SafeArrayDestroy(nullptr), S_OK);
     SAFEARRAY* out = reinterpret_cast<SAFEARRAY*>(1);
     EXPECT_EQ(SafeArrayCopy(nullptr, &out), S_OK);
     EXPECT_EQ(out, nullptr);
     EXPECT_EQ(SafeArrayGetDim(nullptr), 0u);
-    VARION_STANDIN_ONLY(EXPECT_EQ(SafeArrayRedim(nullptr, nullptr), E_INVALIDARG));
     EXPECT_EQ(SafeArrayLock(nullptr), E_INVALIDARG);
-    [[maybe_unused]] LONG i = 0;
-    VARION_STANDIN_ONLY(EXPECT_EQ(SafeArrayGetElement(nullptr, &i, &i), E_INVALIDARG));
+    VARION_STANDIN_ONLY(EXPECT_EQ(SafeArrayRedim(nullptr, nullptr), E_INVALIDARG));
+    VARION_STANDIN_ONLY(EXPECT_EQ(SafeArrayGetElement(nullptr, &b.lLbound, &b.lLbound), E_INVALIDARG));
+}
+
+TEST(SafeArray, StringsVariantsAndInterfacesAreOwnedOncePerArray) {
+    SAFEARRAY* strings = SafeArrayCreateVector(VT_BSTR, 0, 2);
+    BSTR s = SysAllocString(OLESTR("hello"));
+    LONG one = 1;
+    EXPECT_EQ(SafeArrayPutElement(strings, &one, s), S_OK);
+    SysFreeString(s);  // the array holds its own copy
+    SAFEARRAY* copy = nullptr;
+    EXPECT_EQ(SafeArrayCopy(strings, &copy), S_OK);
+    SafeArrayDestroy(strings);  // the copy holds copies
+    BSTR out = nullptr;
+    EXPECT_EQ(SafeArrayGetElement(copy, &one, &out), S_OK);
+    EXPECT_EQ(Utf8(out), "hello");
+    SysFreeString(out);
+    SafeArrayDestroy(copy);
+
+    SAFEARRAY* variants = SafeArrayCreateVector(VT_VARIANT, 0, 1);
+    VARIANT v;
+    v.vt = VT_BSTR;
+    v.bstrVal = SysAllocString(OLESTR("x"));
+    LONG zero = 0;
+    EXPECT_EQ(SafeArrayPutElement(variants, &zero, &v), S_OK);
+    VariantClear(&v);
+    EXPECT_EQ(SafeArrayGetElement(variants, &zero, &v), S_OK);
+    EXPECT_EQ(v.vt, VT_BSTR);
+    EXPECT_EQ(Utf8(v.bstrVal), "x");
+    VariantClear(&v);
+    SafeArrayDestroy(variants);
+
+    CountingUnknown unknown;
+    SAFEARRAY* interfaces = SafeArrayCreateVector(VT_UNKNOWN, 0, 1);
+    SafeArrayPutElement(interfaces, &zero, static_cast<IUnknown*>(&unknown));
+    SafeArrayCopy(interfaces, &copy);
+    EXPECT_EQ(unknown.refs, 3u);
+    SafeArrayDestroy(copy);
+    SafeArrayDestroy(interfaces);
+    EXPECT_EQ(unknown.refs, 1u);
+}
+
+TEST(SafeArray, RedimResizesBoundAKeepsElementsAndRespectsLocks) {
+    SAFEARRAYBOUND bounds[2] = {{2, 0}, {2, 0}};
+    SAFEARRAY* psa = SafeArrayCreate(VT_BSTR, 2, bounds);
+    const OLECHAR* texts[2][2] = {{OLESTR("a"), OLESTR("b")}, {OLESTR("c"), OLESTR("d")}};  // [j][i]
+    for (LONG j = 0; j < 2; ++j)
+        for (LONG i = 0; i < 2; ++i) {
+            BSTR s = SysAllocString(texts[j][i]);
+            SafeArrayPutElement(psa, At(i, j).v, s);
+            SysFreeString(s);
+        }
+    const auto element = [psa](LONG i, LONG j) {
+        BSTR got = nullptr;
+        const HRESULT hr = SafeArrayGetElement(psa, At(i, j).v, &got);
+        const std::string text = FAILED(hr) ? "<bad index>" : got == nullptr ? "<null>" : Utf8(got);
+        SysFreeString(got);
+        return text;
+    };
+    SAFEARRAYBOUND wider{3, 0};
+    ASSERT_EQ(SafeArrayRedim(psa, &wider), S_OK);
+    EXPECT_EQ(element(1, 0) + element(1, 1) + element(0, 1), "bdc");
+    EXPECT_EQ(element(2, 1), "<null>");  // the added element is empty
+    SAFEARRAYBOUND narrower{1, 0};  // drops (and frees) "b" and "d"
+    ASSERT_EQ(SafeArrayRedim(psa, &narrower), S_OK);
+    EXPECT_EQ(element(0, 0) + element(0, 1), "ac");
+    EXPECT_EQ(element(1, 1), "<bad index>");
+    psa->fFeatures |= FADF_FIXEDSIZE;
+    EXPECT_EQ(SafeArrayRedim(psa, &wider), DISP_E_ARRAYISLOCKED);
+    EXPECT_EQ(SafeArrayLock(psa), S_OK);
+    EXPECT_EQ(SafeArrayDestroy(psa), DISP_E_ARRAYISLOCKED);
+    EXPECT_EQ(SafeArrayUnlock(psa), S_OK);
+    EXPECT_EQ(SafeArrayUnlock(psa), E_UNEXPECTED);
+    EXPECT_EQ(SafeArrayDestroy(psa), S_OK);
 }

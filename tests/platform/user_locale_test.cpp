@@ -18,21 +18,22 @@ namespace {
 
 std::string UserRow() { return UserLocale().name; }
 
-TEST(UserLocaleName, OnlyTheThreeVariablesCountInTheirOrder) {
+TEST(UserLocaleName, TheFirstNonEmptyOfThreeVariablesNamesTheRow) {
     const struct {
         const char* variable;
         const char* value;
-        const char* row;
+        const char* row;  // "" is the invariant row
     } cases[] = {
-        // Look-alike names are other variables.
-        {"LANGUAGE", "de_DE.UTF-8", "en-US"},
-        {"LC_ALLX", "de_DE.UTF-8", "en-US"},
-        {"LC_TIMEZONE", "de_DE.UTF-8", "en-US"},
-        {"LC_NUMERIC", "de_DE.UTF-8", "en-US"},
-        {"LC_TIME", "de_DE.UTF-8", "de-DE"},
-        {"LC_ALL", "fr_FR.UTF-8", "fr-FR"},
-        {"LC_ALL", "", "en-US"},  // empty: skipped
-        {"LC_TIME", "", "en-US"},
+        // Look-alike names are other variables; empty values are skipped.
+        {"LANGUAGE", "de_DE.UTF-8", "en-US"}, {"LC_ALLX", "de_DE.UTF-8", "en-US"},
+        {"LC_TIMEZONE", "de_DE.UTF-8", "en-US"}, {"LC_NUMERIC", "de_DE.UTF-8", "en-US"},
+        {"LC_ALL", "", "en-US"}, {"LC_TIME", "", "en-US"},
+        {"LC_TIME", "de_DE.UTF-8", "de-DE"}, {"LC_TIME", "de-DE", "de-DE"},
+        {"LC_ALL", "fr_FR.UTF-8", "fr-FR"}, {"LC_ALL", "de_DE@euro", "de-DE"},
+        {"LANG", "en_GB", "en-GB"}, {"LANG", "nl_NL.UTF-8", "nl-NL"},
+        {"LANG", "de_LU.UTF-8", "de-DE"}, {"LANG", "en_AU.UTF-8", "en-US"},  // unknown country: its language
+        {"LANG", "C", ""}, {"LANG", "POSIX", ""}, {"LANG", "C.UTF-8", ""},
+        {"LANG", "ja_JP.UTF-8", ""}, {"LANG", "", ""},  // unknown language or nothing: invariant
     };
     ScopedEnv all("LC_ALL", nullptr);
     ScopedEnv time("LC_TIME", nullptr);
@@ -43,6 +44,10 @@ TEST(UserLocaleName, OnlyTheThreeVariablesCountInTheirOrder) {
         EXPECT_EQ(UserRow(), c.row) << c.variable << "=" << c.value;
     }
     EXPECT_EQ(UserRow(), "en-US");  // every variable put back
+    ScopedEnv byTime("LC_TIME", "fr_FR.UTF-8");  // LC_ALL wins over LC_TIME, which wins over LANG
+    EXPECT_EQ(UserRow(), "fr-FR");
+    ScopedEnv byAll("LC_ALL", "de_DE.UTF-8");
+    EXPECT_EQ(UserRow(), "de-DE");
 }
 
 TEST(UserLocaleName, EveryChangeIsSeenWhateverWasRemembered) {
@@ -60,7 +65,6 @@ TEST(UserLocaleName, EveryChangeIsSeenWhateverWasRemembered) {
         ScopedEnv longName("LANG", "nl_NL.UTF-8@a-modifier-long-enough-not-to-be-remembered");
         EXPECT_EQ(UserRow(), "nl-NL");
     }
-
     // A string given to putenv stays the environment's: changed in place, the
     // environment changes with it.
     static char entry[] = "LC_ALL=it_IT.UTF-8";

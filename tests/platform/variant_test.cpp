@@ -7,51 +7,42 @@
 
 using varion::test::CountingUnknown;
 
-TEST(Variant, ClearReleasesWhatItOwns) {
+TEST(Variant, ClearReleasesWhatItOwnsAndRefusesCodesItCannotHold) {
     VARIANT v;
     VariantInit(&v);
     EXPECT_EQ(v.vt, VT_EMPTY);
+    CountingUnknown unknown;
+    unknown.AddRef();  // the reference the variant owns
     v.vt = VT_BSTR;
-    v.bstrVal = SysAllocString(OLESTR("x"));
+    v.bstrVal = SysAllocString(OLESTR("x"));  // leaks if not freed
     EXPECT_EQ(VariantClear(&v), S_OK);
-    EXPECT_EQ(v.vt, VT_EMPTY);
     v.vt = VT_ARRAY | VT_I4;
     v.parray = SafeArrayCreateVector(VT_I4, 0, 3);
     EXPECT_EQ(VariantClear(&v), S_OK);
-    CountingUnknown unknown;
     v.vt = VT_UNKNOWN;
     v.punkVal = &unknown;
-    unknown.AddRef();
     EXPECT_EQ(VariantClear(&v), S_OK);
+    EXPECT_EQ(v.vt, VT_EMPTY);
     EXPECT_EQ(unknown.refs, 1u);
     VARION_STANDIN_ONLY(EXPECT_EQ(VariantClear(nullptr), E_INVALIDARG));
-}
-
-TEST(Variant, ClearRefusesCodesAVariantCannotHold) {
-    VARIANT v;
-    for (VARTYPE vt : std::initializer_list<VARTYPE>{15, VT_VOID, 100, 106, VT_VECTOR | VT_I4, VT_ARRAY | VT_EMPTY,
-                                                     VT_BYREF | VT_NULL}) {
+    for (VARTYPE vt : {VARTYPE(15), VARTYPE(VT_VOID), VARTYPE(100), VARTYPE(106), VARTYPE(VT_VECTOR | VT_I4),
+                       VARTYPE(VT_ARRAY | VT_EMPTY), VARTYPE(VT_BYREF | VT_NULL)}) {
         v.vt = vt;
         EXPECT_EQ(VariantClear(&v), DISP_E_BADVARTYPE) << vt;
         EXPECT_EQ(v.vt, vt);
     }
 }
 
-TEST(Variant, CopyDuplicates) {
-    VARIANT src;
-    VariantInit(&src);
-    src.vt = VT_BSTR;
+TEST(Variant, CopyDuplicatesAndReleasesTheOldDestination) {
+    VARIANT src, dst;
+    src.vt = dst.vt = VT_BSTR;
     src.bstrVal = SysAllocString(OLESTR("abc"));
-    VARIANT dst;
-    VariantInit(&dst);
-    dst.vt = VT_BSTR;
-    dst.bstrVal = SysAllocString(OLESTR("old"));  // released by the copy
+    dst.bstrVal = SysAllocString(OLESTR("old"));  // leaks if the copy does not release it
     EXPECT_EQ(VariantCopy(&dst, &src), S_OK);
     EXPECT_NE(dst.bstrVal, src.bstrVal);
-    EXPECT_EQ(SysStringLen(dst.bstrVal), 3u);
+    EXPECT_EQ(varion::test::Utf8(dst.bstrVal), "abc");
     VariantClear(&dst);
     VariantClear(&src);
-
     src.vt = VT_R8;
     src.dblVal = 2.5;
     EXPECT_EQ(VariantCopy(&dst, &src), S_OK);
@@ -60,32 +51,28 @@ TEST(Variant, CopyDuplicates) {
     EXPECT_EQ(VariantCopy(&dst, &src), DISP_E_BADVARTYPE);
 }
 
-TEST(Variant, CopyIndResolvesReferences) {
+TEST(Variant, CopyIndResolvesOneLevelOfReference) {
     LONG target = 42;
-    VARIANT ref;
-    ref.vt = VT_BYREF | VT_I4;
-    ref.plVal = &target;
-    VARIANT dst;
-    VariantInit(&dst);
-    EXPECT_EQ(VariantCopyInd(&dst, &ref), S_OK);
-    EXPECT_EQ(dst.vt, VT_I4);
-    EXPECT_EQ(dst.lVal, 42);
-
     BSTR text = SysAllocString(OLESTR("ref"));
-    ref.vt = VT_BYREF | VT_BSTR;
-    ref.pbstrVal = &text;
-    EXPECT_EQ(VariantCopyInd(&dst, &ref), S_OK);
-    EXPECT_EQ(dst.vt, VT_BSTR);
-    EXPECT_NE(dst.bstrVal, text);
-    VariantClear(&dst);
-    SysFreeString(text);
-
     VARIANT inner;
     inner.vt = VT_R4;
     inner.fltVal = 1.5f;
+    VARIANT ref, dst;
+    VariantInit(&dst);
+    ref.vt = VT_BYREF | VT_I4;
+    ref.plVal = &target;
+    ASSERT_EQ(VariantCopyInd(&dst, &ref), S_OK);
+    EXPECT_EQ(dst.vt, VT_I4);
+    EXPECT_EQ(dst.lVal, 42);
+    ref.vt = VT_BYREF | VT_BSTR;
+    ref.pbstrVal = &text;
+    ASSERT_EQ(VariantCopyInd(&dst, &ref), S_OK);
+    EXPECT_EQ(dst.vt, VT_BSTR);
+    EXPECT_NE(dst.bstrVal, text);  // a copy of the string, not the string
+    SysFreeString(text);
     ref.vt = VT_BYREF | VT_VARIANT;
     ref.pvarVal = &inner;
-    EXPECT_EQ(VariantCopyInd(&dst, &ref), S_OK);
+    ASSERT_EQ(VariantCopyInd(&dst, &ref), S_OK);  // releases the copied string
     EXPECT_EQ(dst.vt, VT_R4);
     EXPECT_EQ(dst.fltVal, 1.5f);
     VARIANT nested;
@@ -95,10 +82,8 @@ TEST(Variant, CopyIndResolvesReferences) {
     ref.vt = VT_BYREF | VT_I4;
     ref.plVal = nullptr;
     VARION_STANDIN_ONLY(EXPECT_EQ(VariantCopyInd(&dst, &ref), E_INVALIDARG));
-
-    // In place: the reference is replaced by the value.
     ref.plVal = &target;
-    EXPECT_EQ(VariantCopyInd(&ref, &ref), S_OK);
+    EXPECT_EQ(VariantCopyInd(&ref, &ref), S_OK);  // in place: the reference becomes the value
     EXPECT_EQ(ref.vt, VT_I4);
     EXPECT_EQ(ref.lVal, 42);
 }
