@@ -12,6 +12,7 @@
 // every run of the same build.
 #include "barriers.h"
 #include "inputs.h"
+#include "support/counting_new.h"
 
 #include <varion/varion.h>
 
@@ -27,7 +28,6 @@
 
 namespace {
 
-long g_allocations = 0;
 
 struct Operation {
     std::string name;
@@ -131,23 +131,6 @@ std::vector<Operation> Operations() {
 
 }  // namespace
 
-// Counts every allocation of the program; only the loop's are reported.
-void* operator new(std::size_t size) {
-    ++g_allocations;
-    if (void* p = std::malloc(size == 0 ? 1 : size)) return p;
-    throw std::bad_alloc();
-}
-void* operator new[](std::size_t size) { return ::operator new(size); }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    ++g_allocations;
-    return std::malloc(size == 0 ? 1 : size);
-}
-void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept { return ::operator new(size, tag); }
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete[](void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
-void operator delete[](void* p, std::size_t) noexcept { std::free(p); }
-
 int main(int argc, char** argv) {
     // The user locale FormatDateTime and the display formats see.
     setenv("LC_ALL", bench::kUserLocale, 1);
@@ -163,9 +146,9 @@ int main(int argc, char** argv) {
     const long count = std::strtol(argv[2], nullptr, 10);
     for (const Operation& op : ops) {
         if (op.name != argv[1]) continue;
-        const long before = g_allocations;
+        const long before = varion::test::AllocationsSoFar();
         for (long i = 0; i < count; ++i) op.run();
-        const long made = g_allocations - before;
+        const long made = varion::test::AllocationsSoFar() - before;
         std::printf("allocations %g\n", count > 0 ? static_cast<double>(made) / static_cast<double>(count) : 0.0);
         return 0;
     }

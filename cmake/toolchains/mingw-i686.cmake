@@ -1,21 +1,8 @@
 # Cross build for 32-bit Windows with Debian's mingw-w64 toolchain
 # (g++-mingw-w64-i686):
 #   cmake -S . -B build-win -DCMAKE_TOOLCHAIN_FILE=cmake/toolchains/mingw-i686.cmake
-set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86)
-
 set(VARION_MINGW_TRIPLE i686-w64-mingw32)
-# The POSIX thread model: its C++ runtime has std::mutex, which GoogleTest needs.
-set(CMAKE_C_COMPILER ${VARION_MINGW_TRIPLE}-gcc-posix)
-set(CMAKE_CXX_COMPILER ${VARION_MINGW_TRIPLE}-g++-posix)
-set(CMAKE_RC_COMPILER ${VARION_MINGW_TRIPLE}-windres)
-set(CMAKE_OBJDUMP ${VARION_MINGW_TRIPLE}-objdump CACHE FILEPATH "objdump of the target")
-
-# Headers and libraries of the target only; programs of the build machine.
-set(CMAKE_FIND_ROOT_PATH /usr/${VARION_MINGW_TRIPLE})
-set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
-set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+include(${CMAKE_CURRENT_LIST_DIR}/mingw-common.cmake)
 
 # 32-bit programs cannot run here (no 32-bit Wine): the build is checked, not run.

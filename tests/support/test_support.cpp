@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
@@ -14,29 +13,7 @@
 #include <sys/wait.h>
 #endif
 
-namespace {
-std::atomic<long> g_allocations{0};
-}
-
-// A counting allocator for the whole test program: tests read the count
-// around the code under test to prove it allocates nothing.
-void* operator new(std::size_t size) {
-    ++g_allocations;
-    if (void* p = std::malloc(size == 0 ? 1 : size)) return p;
-    throw std::bad_alloc();
-}
-void* operator new[](std::size_t size) { return ::operator new(size); }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    ++g_allocations;
-    return std::malloc(size == 0 ? 1 : size);
-}
-void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept { return ::operator new(size, tag); }
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete[](void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
-void operator delete[](void* p, std::size_t) noexcept { std::free(p); }
-void operator delete(void* p, const std::nothrow_t&) noexcept { std::free(p); }
-void operator delete[](void* p, const std::nothrow_t&) noexcept { std::free(p); }
+#include "support/counting_new.h"
 
 namespace varion::test {
 namespace {
@@ -74,7 +51,7 @@ std::array<unsigned char, 16> Bytes(const CVarion& v) {
 std::string Utf8(const CString& s) { return s.ToUtf8(); }
 std::string Utf8(BSTR s) { return CString(OleStringView(s == nullptr ? OLESTR("") : s, SysStringLen(s))).ToUtf8(); }
 
-long AllocationCount() { return g_allocations.load(); }
+long AllocationCount() { return AllocationsSoFar(); }
 
 ScopedCLocale::ScopedCLocale(const char* name, int category) : m_category(category < 0 ? LC_NUMERIC : category) {
     if (const char* prev = std::setlocale(m_category, nullptr)) m_previous = prev;
