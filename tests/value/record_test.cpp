@@ -167,21 +167,14 @@ TEST(Record, BoundedReaderRefusesBadRecordsUntouched) {
         std::size_t size;  // the size passed; the whole record when 0
     };
     const Case cases[] = {
-        {{6, 0, 0, 0, 0, 0}, 5},                       // the header beyond the size
-        {{5, 0, 0, 0, 0, 0}, 0},                       // a length below the header's
-        {{11, 0, 0, 0, 3, 0, 1, 2, 3, 4}, 0},          // a length beyond the buffer
-        {{10, 0, 0, 0, 3, 0, 1, 2, 3, 4}, 9},          // a length beyond the size
-        {{9, 0, 0, 0, 3, 0, 1, 2, 3}, 0},              // a VT_I4 payload too short
-        {{11, 0, 0, 0, 3, 0, 1, 2, 3, 4, 5}, 0},       // ... and too long
-        {{7, 0, 0, 0, 0, 0, 1}, 0},                    // VT_EMPTY with a payload
-        {{8, 0, 0, 0, 11, 0, 2, 0}, 0},                // a Boolean byte 2
+        {{6, 0, 0, 0, 0, 0}, 5}, {{5, 0, 0, 0, 0, 0}, 0},  // the header beyond the size; a length below the header's
+        {{11, 0, 0, 0, 3, 0, 1, 2, 3, 4}, 0}, {{10, 0, 0, 0, 3, 0, 1, 2, 3, 4}, 9},  // a length beyond buffer; size
+        {{9, 0, 0, 0, 3, 0, 1, 2, 3}, 0}, {{11, 0, 0, 0, 3, 0, 1, 2, 3, 4, 5}, 0},  // a VT_I4 payload too short; long
+        {{7, 0, 0, 0, 0, 0, 1}, 0}, {{8, 0, 0, 0, 11, 0, 2, 0}, 0},  // VT_EMPTY with a payload; a Boolean byte 2
         {{10, 0, 0, 0, 8, 0, 0x41, 0, 0x42, 0}, 0},    // a string without terminator
-        {{9, 0, 0, 0, 8, 0, 0x41, 0, 0}, 0},           // a string of odd length
-        {{7, 0, 0, 0, 8, 0, 0}, 0},                    // a string shorter than its terminator
-        {{0xFF, 0xFF, 0xFF, 0xFF, 8, 0, 0, 0}, 0},     // a huge length
-        {{6, 0, 0, 0, 9, 0}, 0},                       // a code without a record
-        {{6, 0, 0, 0, 0x11, 0x20}, 0},                 // a byte array
-        {{10, 0, 0, 0, 3, 0x40, 1, 2, 3, 4}, 0},       // by reference
+        {{9, 0, 0, 0, 8, 0, 0x41, 0, 0}, 0}, {{7, 0, 0, 0, 8, 0, 0}, 0},  // odd; shorter than its terminator
+        {{0xFF, 0xFF, 0xFF, 0xFF, 8, 0, 0, 0}, 0}, {{6, 0, 0, 0, 9, 0}, 0},  // a huge length; a code without a record
+        {{6, 0, 0, 0, 0x11, 0x20}, 0}, {{10, 0, 0, 0, 3, 0x40, 1, 2, 3, 4}, 0},  // a byte array; by reference
         {{14, 0, 0, 0, 13, 0, 1, 2, 3, 4, 5, 6, 7, 8}, 0},  // VT_UNKNOWN
     };
     for (std::size_t i = 0; i < std::size(cases); ++i) {
@@ -250,8 +243,7 @@ TEST(Record, StringAllocationFailure) {
 TEST(Record, ToByteArrayIsBigEndianIntoEightBytes) {
     struct Case { CVarion value; Record bytes; };
     const Case cases[] = {
-        {CVarion(1.0), {0x3F, 0xF0, 0, 0, 0, 0, 0, 0}},
-        {CVarion(258), {0, 0, 0, 0, 0, 0, 0x01, 0x02}},
+        {CVarion(1.0), {0x3F, 0xF0, 0, 0, 0, 0, 0, 0}}, {CVarion(258), {0, 0, 0, 0, 0, 0, 0x01, 0x02}},
         {CVarion(static_cast<LONGLONG>(-2)), {0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFE}},
         {CVarion(-0.0f), {0, 0, 0, 0, 0x80, 0, 0, 0}},
     };
