@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <limits>
@@ -75,26 +76,33 @@ TEST(Fields, AccessorsByTypeCode) {
     EXPECT_EQ(CVarion("17.11.2026").GetYear(), -1);
 }
 
-TEST(Fields, DateTimeConstructor) {
-    struct Row { long y, mo, d, h, mi, s, ms; unsigned short type; VARTYPE expectedType; double expected; };
+// The field constructors: the type (a code of the other family gives the
+// default), the value, and zeros in the reserved words.
+TEST(Fields, Constructors) {
+    struct Row { CVarion value; VARTYPE type; double expected; };
     const Row rows[] = {
-        {2024, 2, 29, 12, 0, 0, 500, 0, VTX_DATETIME, 45351.5 + 500 * kMs},
-        {2026, 11, 17, 0, 0, 0, 1500, VTX_DATETIME_ALT, VTX_DATETIME_ALT, 46343.0 + 1500 * kMs},
-        {2026, 11, 17, 0, 0, 0, -5, VTX_ISO_DATETIME, VTX_ISO_DATETIME, 46343.0},  // no negative milliseconds
-        {1899, 12, 29, 6, 0, 0, 500, 0, VTX_DATETIME, -1.25 + 500 * kMs},
-        {2026, 11, 17, 0, 0, 0, 0, VTX_DURATION, VTX_DATETIME, 46343.0},  // not a date-time code
-        {67562, 11, 17, 0, 0, 0, 0, VT_DATE, VT_DATE, 46343.0},  // fields are taken by their low 16 bits
+        {CVarion(2024, 2, 29, 12, 0, 0, 500, 0), VTX_DATETIME, 45351.5 + 500 * kMs},
+        {CVarion(2026, 11, 17, 0, 0, 0, 1500, VTX_DATETIME_ALT), VTX_DATETIME_ALT, 46343.0 + 1500 * kMs},
+        {CVarion(2026, 11, 17, 0, 0, 0, -5, VTX_ISO_DATETIME), VTX_ISO_DATETIME, 46343.0},  // no negative ms
+        {CVarion(1899, 12, 29, 6, 0, 0, 500, 0), VTX_DATETIME, -1.25 + 500 * kMs},
+        {CVarion(2026, 11, 17, 0, 0, 0, 0, VTX_DURATION), VTX_DATETIME, 46343.0},
+        {CVarion(67562, 11, 17, 0, 0, 0, 0, VT_DATE), VT_DATE, 46343.0},  // fields are taken by their low 16 bits
+        {CVarion(0, 0, 0, 0, 1, 16, VT_R8), VTX_DURATION_MSF, 1.5 * kMs},
+        {CVarion(1, 12, 0, 0, 0, 0, VTX_DURATION), VTX_DURATION, 1.5},
+        {CVarion(0, 0, 90, 0, 0, 0, VTX_ISO_DURATION), VTX_ISO_DURATION, 0.0625},
+        {CVarion(0, -1, 0, 0, 0, 0, VTX_DURATION), VTX_DURATION, -1.0 / 24},
+        {CVarion(0, 0, 0, 86400, 0, 0, VTX_DURATION_MSF), VTX_DURATION_MSF, 1.0},
+        {CVarion(0, 0, 0, 0, 0, 2764800, VT_DATE), VTX_DURATION_MSF, 0.001},
+        {CVarion(1, -24, 0, 0, 0, 0, 0), VTX_DURATION_MSF, 0.0},
     };
-    for (const Row& r : rows) {
-        const CVarion v(r.y, r.mo, r.d, r.h, r.mi, r.s, r.ms, r.type);
-        SCOPED_TRACE(testing::Message() << r.y << "-" << r.mo << "-" << r.d << " " << r.h << ":" << r.mi << ":"
-                                        << r.s << "." << r.ms);
-        EXPECT_EQ(v.GetType(), r.expectedType);
-        EXPECT_DOUBLE_EQ(Load<double>(Access::Var(v)), r.expected);
-        const auto bytes = varion::test::Bytes(v);
-        for (std::size_t i = 2; i < 8; ++i) EXPECT_EQ(bytes[i], 0) << "reserved byte " << i;
+    for (std::size_t i = 0; i < std::size(rows); ++i) {
+        EXPECT_EQ(rows[i].value.GetType(), rows[i].type) << i;
+        EXPECT_DOUBLE_EQ(Load<double>(Access::Var(rows[i].value)), rows[i].expected) << i;
+        const auto bytes = varion::test::Bytes(rows[i].value);
+        EXPECT_EQ(std::count(bytes.begin() + 2, bytes.begin() + 8, 0), 6) << i;
     }
-    // Invalid fields: the type is kept, the value is 0.0 and no milliseconds are added.
+    // Invalid date-time fields: the type is kept, the value is 0.0 and no
+    // milliseconds are added.
     const std::array<long, 7> invalid[] = {
         {2023, 2, 29, 0, 0, 0, 0},  {2026, 11, 17, 24, 0, 0, 500}, {2026, 11, 17, 23, 59, 60, 0},
         {2026, 13, 1, 0, 0, 0, 0},  {2026, 4, 31, 0, 0, 0, 0},     {2026, 1, 0, 0, 0, 0, 0},
@@ -112,24 +120,6 @@ TEST(Fields, DateTimeConstructor) {
     const CVarion early(1899, 12, 29, 6, 0, 0, 500, 0);
     EXPECT_EQ(early.GetHour() * 10000 + early.GetMinute() * 100 + early.GetSecond(), 60000);
     EXPECT_EQ(early.GetMillisecond(), -500);
-}
-
-TEST(Fields, DurationConstructor) {
-    struct Row { long d, h, mi, s, ms, f; unsigned short type; VARTYPE expectedType; double expected; };
-    const Row rows[] = {
-        {0, 0, 0, 0, 1, 16, VT_R8, VTX_DURATION_MSF, 1.5 * kMs},
-        {1, 12, 0, 0, 0, 0, VTX_DURATION, VTX_DURATION, 1.5},
-        {0, 0, 90, 0, 0, 0, VTX_ISO_DURATION, VTX_ISO_DURATION, 0.0625},
-        {0, -1, 0, 0, 0, 0, VTX_DURATION, VTX_DURATION, -1.0 / 24},
-        {0, 0, 0, 86400, 0, 0, VTX_DURATION_MSF, VTX_DURATION_MSF, 1.0},
-        {0, 0, 0, 0, 0, 2764800, VT_DATE, VTX_DURATION_MSF, 0.001},
-        {1, -24, 0, 0, 0, 0, 0, VTX_DURATION_MSF, 0.0},
-    };
-    for (const Row& r : rows) {
-        const CVarion v(r.d, r.h, r.mi, r.s, r.ms, r.f, r.type);
-        EXPECT_EQ(v.GetType(), r.expectedType) << r.type;
-        EXPECT_DOUBLE_EQ(Load<double>(Access::Var(v)), r.expected) << r.d << " " << r.h << " " << r.mi;
-    }
 }
 
 TEST(Fields, RoundedCounts) {

@@ -109,16 +109,13 @@ TEST(Copy, EveryCodeWithoutContent) {
     }
 }
 
-TEST(Copy, DuplicatesStringsAndArraysMoveTakesThem) {
+// A copy duplicates a string (an array's copy, with its flags, is what the
+// array assignment table starts from); a move takes it.
+TEST(Copy, DuplicatesStringsMoveTakesThem) {
     CVarion s(OLESTR("text"));
     CVarion copy(s);
     EXPECT_NE(Access::Var(copy).bstrVal, Access::Var(s).bstrVal);
     EXPECT_EQ(Utf8(static_cast<CString>(copy)), "text");
-    const CVarion fixed = Array(VT_I4, {1, 2, 3}, true);
-    const CVarion fixedCopy(fixed);
-    EXPECT_NE(Access::Var(fixedCopy).parray, Access::Var(fixed).parray);
-    EXPECT_EQ(Elements(fixedCopy), (std::vector<long>{1, 2, 3}));
-    EXPECT_TRUE(IsFixed(fixedCopy));
     const BSTR held = Access::Var(s).bstrVal;
     CVarion moved(std::move(s));
     EXPECT_EQ(s.GetType(), VT_EMPTY);  // NOLINT(bugprone-use-after-move): documented state
