@@ -9,6 +9,7 @@
 #include <array>
 #include <cstring>
 #include <limits>
+#include <utility>
 #include <vector>
 
 using varion::detail::Access;
@@ -132,17 +133,15 @@ TEST(Assignment, ScalarsStringsSelfAndReservedWords) {
     d = s;
     EXPECT_EQ(Utf8(static_cast<CString>(d)), "new");
     EXPECT_NE(Access::Var(d).bstrVal, Access::Var(s).bstrVal);
-    EXPECT_EQ(Access::Var(d).wReserved1, 0x1111);  // assignment carries the reserved words
-    EXPECT_EQ(Access::Var(d).wReserved3, 0x3333);
-    const BSTR held = Access::Var(d).bstrVal;
-    CVarion& alias = d;
-    d = alias;
-    EXPECT_EQ(Access::Var(d).bstrVal, held);
+    EXPECT_EQ(std::make_pair(Access::Var(d).wReserved1, Access::Var(d).wReserved3),
+              std::make_pair(WORD{0x1111}, WORD{0x3333}));  // assignment carries the reserved words
     CVarion a = Array(VT_I4, {1, 2}, false);
-    SAFEARRAY* array = Access::Var(a).parray;
-    CVarion& arrayAlias = a;
-    a = arrayAlias;
-    EXPECT_EQ(Access::Var(a).parray, array);
+    for (CVarion* v : {&d, &a}) {  // assigned to itself, a value keeps its string or array
+        const auto before = Bytes(*v);
+        const CVarion& alias = *v;
+        *v = alias;
+        EXPECT_EQ(Bytes(*v), before);
+    }
     // No copy of the string could be made: a string type without a string.
     CVarion other(1);
     FailAllocationAfter(1);
@@ -150,7 +149,6 @@ TEST(Assignment, ScalarsStringsSelfAndReservedWords) {
     FailAllocationAfter(0);
     EXPECT_EQ(other.GetType(), VT_BSTR);
     EXPECT_EQ(Access::Var(other).bstrVal, nullptr);
-    EXPECT_EQ(Utf8(static_cast<CString>(other)), "");
 }
 
 // An array destination: another type code empties it; a resizable one takes
