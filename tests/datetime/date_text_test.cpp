@@ -47,7 +47,7 @@ std::vector<Instant> Spread(unsigned seed, int count) {
     const long limits[7][2] = {{100, 9999}, {1, 12}, {1, 28}, {0, 23}, {0, 59}, {0, 59}, {0, 999}};
     for (int i = 0; i < count; ++i) {
         Instant t;
-        for (int k = 0; k < 7; ++k) t[k] = std::uniform_int_distribution<long>(limits[k][0], limits[k][1])(random);
+        for (std::size_t k = 0; k < 7; ++k) t[k] = std::uniform_int_distribution<long>(limits[k][0], limits[k][1])(random);
         if (t[0] < 1900) t[6] = 0;
         instants.push_back(t);
     }

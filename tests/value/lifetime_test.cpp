@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <limits>
@@ -63,7 +64,7 @@ TEST(Construction, ScalarsTakeTheirTypeAndOnlyTheirBytes) {
     for (const Case& c : cases) {
         std::array<unsigned char, 16> want{};
         std::memcpy(want.data(), &c.type, sizeof c.type);
-        std::memcpy(want.data() + 8, c.member.data(), c.member.size());
+        std::copy(c.member.begin(), c.member.end(), want.begin() + 8);
         EXPECT_EQ(Bytes(c.value), want) << "type " << c.type;
     }
 }
