@@ -107,14 +107,12 @@ TEST(DateText, ParserAcceptsTheseForms) {
     // (Every text the renderer writes is also read back by the round trip below.)
     const struct { const char* text; LCID lcid; double value; bool standInsOnly = false; } rows[] = {
         {"17.11.2026 20:18", kDe, eight},              {"  17.11.2026\t20:18:38  ", kDe, evening},
-        {"2026-11-17", kUs, nov17},                    {"2026-11-17 20:18:38", kDe, evening},
-        {"2026/11/17", kGb, nov17},                    {"11/17/2026 8:18:38pm", kUs, evening},
-        {"11-17-2026", kUs, nov17},                    {"12:30 PM", kUs, time(12, 30, 0)},
-        {"0:00", kDe, 0.0},                            {"17 November 2026", kUs, nov17},
-        {"November 17, 2026 8:00 PM", kUs, DateOf(2026, 11, 17, 20)},
-        {"Tuesday, November 17, 2026", kUs, nov17},    {"Dienstag, 17. November 2026", kDe, nov17},
-        {"1. J\xC3\xA4nner 2026", kAt, DateOf(2026, 1, 1)},  {"17-nov-2026", kNl, nov17},
-        {"17 f\xC3\xA9vr. 2026", kFr, DateOf(2026, 2, 17)},  {"29.02.2000", kDe, DateOf(2000, 2, 29)},
+        {"2026-11-17 20:18:38", kDe, evening},         {"2026/11/17", kGb, nov17},
+        {"11/17/2026 8:18:38pm", kUs, evening},        {"11-17-2026", kUs, nov17},
+        {"12:30 PM", kUs, time(12, 30, 0)},            {"17 November 2026", kUs, nov17},
+        {"November 17, 2026 8:00 PM", kUs, DateOf(2026, 11, 17, 20)}, {"Tuesday, November 17, 2026", kUs, nov17},
+        {"1. J\xC3\xA4nner 2026", kAt, DateOf(2026, 1, 1)},  {"17 f\xC3\xA9vr. 2026", kFr, DateOf(2026, 2, 17)},
+        {"29.02.2000", kDe, DateOf(2000, 2, 29)},
         {"mar 17 2026", kEs, DateOf(2026, 3, 17)},  // "mar" is also Tuesday's abbreviation
         // Where the stand-ins are more lenient than the system: dots are day first everywhere.
         {"17.11.2026 20:18:38", kUs, evening, kStandIns},  {"2026-11-17T20:18:38", kNl, evening, kStandIns},
@@ -131,16 +129,18 @@ TEST(DateText, ParserAcceptsTheseForms) {
 
 TEST(DateText, ParserRejectsWhatItCannotJustify) {
     const struct { const char* text; LCID lcid; bool standInsOnly = false; } rows[] = {
-        {"31.02.2026", kDe}, {"29.02.2100", kDe}, {"25:00", kDe}, {"12:60", kDe}, {"12:00:60", kDe}, {"abc", kDe},
-        {"", kDe}, {"   ", kDe}, {"17.11.", kDe}, {"17.11.20261", kDe}, {"2026-11-17-", kDe}, {"17.11.2026 x", kDe},
-        {"17.11.2026 20", kDe}, {"17.11.202620:18", kDe}, {"AM 8:00 PM", kUs}, {"20:18:38.5", kDe}, {"5", kDe},
-        {"Monday, 17.11.2026", kDe}, {"17 Novembre 2026", kUs}, {"Novemberr 17, 2026", kUs}, {"2026-11-17T", kDe},
-        {"31.12.9999 24:00", kDe}, {"31.12.99999", kDe}, {"17.11.2026T20:18", kDe},
+        // Dates and times that do not exist, at their first invalid value.
+        {"31.02.2026", kDe}, {"29.02.2100", kDe}, {"12:60", kDe}, {"12:00:60", kDe}, {"31.12.9999 24:00", kDe},
+        // Missing, extra or run-together parts.
+        {"", kDe}, {"abc", kDe}, {"17.11.", kDe}, {"17.11.20261", kDe}, {"17.11.2026 x", kDe}, {"17.11.2026 20", kDe},
+        {"17.11.202620:18", kDe}, {"AM 8:00 PM", kUs}, {"20:18:38.5", kDe}, {"2026-11-17T", kDe},
+        {"17.11.2026T20:18", kDe},
+        // Names: the wrong weekday, another language's month, a longer word.
+        {"Monday, 17.11.2026", kDe}, {"17 Novembre 2026", kUs}, {"Novemberr 17, 2026", kUs},
         // Where the stand-ins are stricter than the system.
-        {"17.11", kDe, kStandIns}, {"17.11.26", kDe, kStandIns}, {"11/17/2026", kDe, kStandIns},
-        {"17/11/2026", kUs, kStandIns}, {"2026-13-01", kDe, kStandIns}, {"17.11-2026", kDe, kStandIns},
-        {"0:30 AM", kUs, kStandIns}, {"13:00 PM", kUs, kStandIns}, {"Dienstag 20:18", kDe, kStandIns},
-        {"17 Nov", kUs, kStandIns}, {"01.01.0099", kDe, kStandIns},
+        {"17.11", kDe, kStandIns}, {"17.11.26", kDe, kStandIns}, {"17/11/2026", kUs, kStandIns},
+        {"2026-13-01", kDe, kStandIns}, {"17.11-2026", kDe, kStandIns}, {"0:30 AM", kUs, kStandIns},
+        {"13:00 PM", kUs, kStandIns}, {"Dienstag 20:18", kDe, kStandIns}, {"01.01.0099", kDe, kStandIns},
     };
     for (const auto& r : rows) {
         if (r.standInsOnly && !varion::test::kStandInServices) continue;
@@ -173,12 +173,10 @@ TEST(DateText, ParserValueOnlyFlags) {
 
 // Every text a locale renders reads back as the same instant, in that locale.
 TEST(DateText, EveryRenderedTextParsesBackInItsLocale) {
-    const double instants[] = {
-        kEvening, DateOf(2026, 11, 17), kMorning, DateOf(2026, 3, 5, 12, 0, 0), DateOf(2026, 3, 5, 0, 0, 1),
-        DateOf(2026, 3, 5, 12, 59, 59), DateOf(100, 1, 1), DateOf(100, 1, 1, 23, 59, 59),
-        DateOf(9999, 12, 31, 23, 59, 59), DateOf(1899, 12, 29, 6, 0, 0), DateOf(1582, 10, 15, 13, 1, 2),
-        DateOf(1899, 12, 31), 0.0, 0.5, 0.75, DateOf(1899, 12, 30, 23, 59, 59),
-    };
+    // Both halves of the 12-hour clock and its edges, the first and last
+    // days, before day 0, and day 0 itself (its time alone).
+    const double instants[] = {kEvening, kMorning, DateOf(2026, 3, 5, 12, 59, 59), DateOf(2026, 3, 5, 0, 0, 1),
+                               DateOf(100, 1, 1), DateOf(9999, 12, 31, 23, 59, 59), DateOf(1899, 12, 29, 6, 0, 0), 0.75};
     for (const varion::test::TestLocale& locale : varion::test::kTestLocales)
         for (double instant : instants)
             for (ULONG flags : {ULONG(0), VAR_DATEVALUEONLY, VAR_TIMEVALUEONLY}) {
