@@ -2,8 +2,7 @@
 // library's snprintf (after its two-digit exponents and its length prefixes
 // are adjusted), the conventions where the two differ, malformed formats and
 // the buffer limits.
-#include "platform/format.h"
-#include "support/test_support.h"
+#include "guarded.h"
 
 #include <gtest/gtest.h>
 
@@ -22,25 +21,15 @@ using varion::FormatArg;
 using varion::detail::FormatOne;
 using varion::detail::FormatStatus;
 using varion::detail::kFormatBufferSize;
+using varion::test::Guarded;
+using varion::test::Outcome;
 
 namespace {
 
-struct Outcome {
-    FormatStatus status;
-    std::string text;  // UTF-8
-};
-
-// Formats into a buffer of `capacity` with guard units after it; checks the
-// terminator and that nothing was written beyond the capacity.
 Outcome Format(const std::string& format, const FormatArg& arg, std::size_t capacity = kFormatBufferSize) {
-    std::vector<OLECHAR> buffer(capacity + 8, OLECHAR(0xBEEF));
-    const auto result = FormatOne(OleString(format.begin(), format.end()), arg, buffer.data(), capacity);
-    for (std::size_t i = capacity; i < buffer.size(); ++i)
-        EXPECT_EQ(buffer[i], OLECHAR(0xBEEF)) << "wrote beyond the capacity for " << format;
-    if (capacity > 0) {
-        EXPECT_EQ(buffer[result.length], OLECHAR(0)) << format;
-    }
-    return {result.status, varion::test::Utf8(CString(OleStringView(buffer.data(), result.length)))};
+    return Guarded(capacity, format, [&](OLECHAR* out) {
+        return FormatOne(OleString(format.begin(), format.end()), arg, out, capacity);
+    });
 }
 
 // The C library's text for a format it is given verbatim.

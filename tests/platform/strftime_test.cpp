@@ -1,8 +1,8 @@
 // The strftime-style pattern renderer: every directive against the C
 // library's strftime in the "C" locale over many dates, the cases the two
 // treat differently, unusable patterns and the 255-character limit.
+#include "guarded.h"
 #include "platform/strftime.h"
-#include "support/test_support.h"
 
 #include <gtest/gtest.h>
 
@@ -14,21 +14,15 @@
 using varion::detail::FormatStatus;
 using varion::detail::FormatTime;
 using varion::detail::kTimeBufferSize;
+using varion::test::Guarded;
+using varion::test::Outcome;
 
 namespace {
 
-struct Outcome {
-    FormatStatus status;
-    std::string text;
-};
-
-// Renders into a buffer of `capacity` with guard units after it.
 Outcome Render(const std::string& pattern, const std::tm& t, std::size_t capacity = kTimeBufferSize) {
-    std::vector<OLECHAR> buffer(capacity + 4, OLECHAR(0xBEEF));
-    const auto result = FormatTime(OleString(pattern.begin(), pattern.end()), t, buffer.data(), capacity);
-    for (std::size_t i = capacity; i < buffer.size(); ++i)
-        EXPECT_EQ(buffer[i], OLECHAR(0xBEEF)) << "wrote beyond the capacity for " << pattern;
-    return {result.status, varion::test::Utf8(CString(OleStringView(buffer.data(), result.length)))};
+    return Guarded(capacity, pattern, [&](OLECHAR* out) {
+        return FormatTime(OleString(pattern.begin(), pattern.end()), t, out, capacity);
+    });
 }
 
 // The broken-down UTC time of a civil date (proleptic Gregorian) and a second of the day.
