@@ -72,10 +72,8 @@ TEST(Calendar, TimeOfDayIsTheMagnitudeOfTheFractionAndRoundsToTheSecond) {
 
 TEST(Calendar, SystemTimeChecksTheFieldsAndRollsOverTheRest) {
     const struct { SYSTEMTIME st; bool ok; double value; } rows[] = {
-        {{2026, 2, 0, 30, 0, 0, 0, 0}, true, 46083.0},  // February 30 is March 2
         {{1900, 2, 0, 29, 0, 0, 0, 0}, true, 61.0},     // 1900 has no February 29: March 1
-        {{2026, 3, 0, 1, 24, 0, 0, 0}, true, 46083.0},  // hour 24 is the next day
-        {{2026, 3, 0, 1, 0, 1440, 0, 0}, true, 46083.0},  // 1,440 minutes too
+        {{2026, 3, 0, 1, 24, 0, 0, 0}, true, 46083.0},  // hour 24 is the next day: March 2
         {{2026, 3, 0, 2, 0, 0, 0, 999}, true, 46083.0},  // milliseconds are ignored
         {{1899, 12, 0, 29, 6, 0, 0, 0}, true, -1.25},
         {{2026, 0, 0, 1, 0, 0, 0, 0}, true, 45992.0},  // month 0 is December before: 2025-12-01
