@@ -119,10 +119,11 @@ TEST(FormatMatrix, IntegersMatchSnprintfForEveryFlagWidthPrecisionAndPrefix) {
 // Every floating conversion against snprintf; "l" changes nothing on them.
 void CheckFloats() {
     const double inf = std::numeric_limits<double>::infinity();
-    const double values[] = {0.0, -0.0, 1.0, -1.0, 1.5, 0.1, 0.5, 2.5, -2.5, 0.05, 123.456, -123.456, 9.9999995,
-                             99999.5, 999999.5, 1e-5, 1.5e-10, 0.0001, 0.00012345, 1e15, 1e16, 1e21, 12345678.9,
-                             1e100, -1e-100, 1e-300, 5e-324, std::numeric_limits<double>::max(), inf, -inf,
-                             std::numeric_limits<double>::quiet_NaN()};
+    // Signed zeros, ties, carries into a new digit or exponent, the edges of
+    // the "%g" styles (1e-5, 1e-4; precision 17 against 1e16) and the range.
+    const double values[] = {0.0, -0.0, 1.0, 0.1, 0.5, 2.5, -2.5, 0.05, -123.456, 9.9999995, 99999.5, 999999.5,
+                             1e-5, 0.0001, 1e16, 1e21, -1e-100, 5e-324, std::numeric_limits<double>::max(), inf,
+                             -inf, std::numeric_limits<double>::quiet_NaN()};
     int failures = 0;
     for (const char conv : std::string("eEfgG"))
         for (const Field& spec : kFields)
