@@ -216,12 +216,9 @@ struct Case {
 // (the matrices above decide the rest for every flag, width and precision).
 TEST(FormatConventions, TableOfPlatformConventions) {
     const Case cases[] = {
-        // Exponents have at least three digits, also in a padded field.
-        {"%e", FormatArg(1.5), "1.500000e+000"}, {"%G", FormatArg(1e100), "1E+100"},
-        {"%012.3e", FormatArg(-12345.0), "-01.234e+004"}, {"%#.1g", FormatArg(1e20), "1.e+020"},
-        // Integer conversions read the low 32 bits unless told otherwise; l is 32-bit.
-        {"%d", FormatArg(4294967296LL + 5), "5"}, {"%ld", FormatArg(4294967296LL + 5), "5"},
-        {"%I64x", FormatArg(-1LL), "ffffffffffffffff"}, {"%hd", FormatArg(65535), "-1"}, {"%hhu", FormatArg(511), "255"},
+        // One row each for the conventions the matrices decide against the C
+        // library: three exponent digits, and "l" is 32-bit.
+        {"%e", FormatArg(1.5), "1.500000e+000"}, {"%ld", FormatArg(4294967296LL + 5), "5"},
         // Characters are UTF-16 code units.
         {"%c", FormatArg(0x263A), "\u263A"}, {"%hc", FormatArg(0x141), "A"}, {"%c", FormatArg(0x10041), "A"},
         {"[%-3c]", FormatArg(OLECHAR(0xE9)), "[\u00E9  ]"}, {"%.3s", FormatArg(OLESTR("\u00E4bcdef")), "\u00E4bc"},

@@ -73,19 +73,16 @@ TEST(FormatTime, EveryDirectiveMatchesTheCLibraryInTheCLocale) {
     EXPECT_GT(dates.size(), 3500U);
 }
 
-// What the sweep above leaves out: %C, the zones, and the rows a platform
-// without the GNU oracle still needs to see.
+// What the sweep above leaves out (%C, the zones, refused patterns), and one
+// row of names for a platform without the GNU oracle.
 TEST(FormatTime, TableOfPatternsAndUnusablePatterns) {
     const std::tm evening = At(2026, 11, 17, 20 * 3600 + 18 * 60 + 38);  // a Tuesday
-    const std::tm noon = At(2027, 1, 3, 12 * 3600);                    // Sunday of ISO week 53 of 2026
     std::tm early = evening;
     early.tm_year = 105 - 1900;  // the year 105
     constexpr auto kOk = FormatStatus::Ok, kBad = FormatStatus::Malformed;
     const struct { const char* pattern; const std::tm* t; const char* expected; FormatStatus status = kOk; } cases[] = {
-        {"%A, %d %B %Y", &evening, "Tuesday, 17 November 2026"}, {"%c", &evening, "Tue Nov 17 20:18:38 2026"},
-        {"%I:%M %p", &noon, "12:00 PM"},                  {"%j %U %W %V %G %g %u %w", &noon, "003 01 00 53 2026 26 7 0"},
-        {"%C %y", &evening, "20 26"},                     {"%C %y %Y", &early, "01 05 105"},
-        {"%z%Z", &evening, ""},                           {"100%% at %H", &evening, "100% at 20"},
+        {"%A %c", &evening, "Tuesday Tue Nov 17 20:18:38 2026"}, {"%C %y", &evening, "20 26"},
+        {"%C %y %Y", &early, "01 05 105"},  {"%z%Z", &evening, ""}, {"100%% at %H", &evening, "100% at 20"},
         // Unknown directives, modifiers on directives they do not take, the C
         // library's extensions and a pattern ending in "%".
         {"%Q", &evening, "", kBad},   {"abc%", &evening, "", kBad}, {"%E", &evening, "", kBad},
