@@ -122,13 +122,12 @@ TEST(SafeArray, StringsVariantsAndInterfacesAreOwnedOncePerArray) {
 TEST(SafeArray, RedimResizesBoundAKeepsElementsAndRespectsLocks) {
     SAFEARRAYBOUND bounds[2] = {{2, 0}, {2, 0}};
     SAFEARRAY* psa = SafeArrayCreate(VT_BSTR, 2, bounds);
-    const OLECHAR* texts[2][2] = {{OLESTR("a"), OLESTR("b")}, {OLESTR("c"), OLESTR("d")}};  // [j][i]
-    for (LONG j = 0; j < 2; ++j)
-        for (LONG i = 0; i < 2; ++i) {
-            BSTR s = SysAllocString(texts[j][i]);
-            SafeArrayPutElement(psa, At(i, j).v, s);
-            SysFreeString(s);
-        }
+    for (LONG k = 0; k < 4; ++k) {  // (0, 0) "a", (1, 0) "b", (0, 1) "c", (1, 1) "d"
+        const OLECHAR text[] = {static_cast<OLECHAR>(OLESTR('a') + k), 0};
+        BSTR s = SysAllocString(text);
+        SafeArrayPutElement(psa, At(k % 2, k / 2).v, s);
+        SysFreeString(s);
+    }
     const auto element = [psa](LONG i, LONG j) {
         BSTR got = nullptr;
         const HRESULT hr = SafeArrayGetElement(psa, At(i, j).v, &got);
