@@ -99,10 +99,10 @@ TEST(Tool, JsonIsOneWellFormedObjectPerResult) {
     // Every command, in success and in failure.
     const char* runs[] = {
         "convert 12,5 --to R4", "convert 300 --from I4 --to UI1", "format 31 --type I4 --format %X", "calc 1 / 0",
-        "calc neg 5",           "compare 1 '<' 2",                "unit 2.5 1010 1013",            "unit 1 11 9999",
-        "date 2026-11-17 --iso", "date nonsense",                 "duration 1:30",                 "duration -1:00",
-        "record 258 --type I4", "record --decode 0a00",           "hex 1.0 --type R4",             "hex true --type BOOL",
-        "ddtype 3 4",           "ddtype 3 4 --value x",           "demo",                          "units bar",
+        "calc neg 5",           "compare 1 '<' 2",                "unit 2.5 1010 1013",  "unit 1 11 9999",
+        "date 2026-11-17 --iso", "date nonsense",                 "duration 1:30",       "duration -1:00",
+        "record 258 --type I4", "record --decode 0a00",           "hex 1.0 --type R4",   "hex true --type BOOL",
+        "ddtype 3 4",           "ddtype 3 4 --value x",           "demo",                "units bar",
     };
     std::string outputs;
     for (const std::string arguments : runs) {

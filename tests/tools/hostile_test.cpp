@@ -56,7 +56,8 @@ TEST(ToolHostile, ValuesOfEveryType) {
     jsonOutputs.clear();
     for (std::size_t i = 0; i < kValues.size(); ++i)
         for (std::size_t j = 0; j < kTypes.size(); ++j)
-            Check({"convert", kValues[i], "--from", kTypes[j], "--to", kTypes[(i + j) % kTypes.size()]}, (i + j) % 2 == 0);
+            Check({"convert", kValues[i], "--from", kTypes[j], "--to", kTypes[(i + j) % kTypes.size()]},
+                  (i + j) % 2 == 0);
     EXPECT_EQ(tooltest::JsonErrors(jsonOutputs), "");
 }
 

@@ -61,7 +61,8 @@ std::string JsonErrors(const std::string& text) {
         "def refuse(name): raise ValueError(name)\n"
         "for n, line in enumerate(open(sys.argv[1], \"rb\").read().split(b\"\\n\")[:-1], 1):\n"
         "    try:\n"
-        "        if not isinstance(json.loads(line.decode(), parse_constant=refuse), dict): raise ValueError(\"not an object\")\n"
+        "        if not isinstance(json.loads(line.decode(), parse_constant=refuse), dict):\n"
+        "            raise ValueError(\"not an object\")\n"
         "    except Exception as e: print(\"line\", n, e, line[:200])\n";
     char path[] = "/tmp/varion-json-test-XXXXXX";
     const int fd = mkstemp(path);
