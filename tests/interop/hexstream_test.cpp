@@ -33,9 +33,13 @@ TEST(HexStream, WritesTheBytesMostSignificantFirst) {
         // Floating values append to the text; integers replace it.
         {CVarion(1.0f), "xy", "xy3f800000"},
         {CVarion(-2.0), "3f", "3fc000000000000000"},
+        {CVarion(static_cast<short>(0x1234)), "old", "1234"},
         {CVarion(static_cast<unsigned short>(0xBEEF)), "old", "beef"},
         {CVarion(-2), "", "fffffffe"},
+        {CVarion(1u), "old", "00000001"},
         {CVarion(static_cast<signed char>(-1)), "old", "ff"},
+        {CVarion(static_cast<unsigned char>(10)), "old", "0a"},
+        {CVarion(static_cast<LONGLONG>(-2)), "old", "fffffffffffffffe"},
         {CVarion(static_cast<ULONGLONG>(0x0123456789ABCDEFull)), "", "0123456789abcdef"},
     };
     for (const auto& c : cases) {
@@ -44,8 +48,8 @@ TEST(HexStream, WritesTheBytesMostSignificantFirst) {
         EXPECT_EQ(Utf8(s), c.expected);
     }
     // Types without a hex form leave the text alone, a date held as a double too.
-    CVarion none[] = {CVarion(true), CVarion(OLESTR("12")), CVarion(), CVarion(static_cast<unsigned short>(VT_UI1), 2, 0),
-                      CVarion(1.0)};
+    CVarion none[] = {CVarion(true), CVarion(OLESTR("12")), CVarion(),
+                      CVarion(static_cast<unsigned short>(VT_UI1), 2, 0), CVarion(1.0)};
     Access::Var(none[4]).vt = VT_DATE;
     for (const CVarion& v : none) {
         CString s(OLESTR("kept"));
