@@ -12,7 +12,6 @@ namespace {
 // Definitions (exact unless noted).
 constexpr double kInch = 0.0254;              // m
 constexpr double kFoot = 12 * kInch;          // m
-constexpr double kMile = 5280 * kFoot;        // m
 constexpr double kPound = 0.45359237;         // kg
 constexpr double kGravity = 9.80665;          // m/s²
 constexpr double kPsi = kPound * kGravity / (kInch * kInch);  // Pa
@@ -44,8 +43,6 @@ const Check kChecks[] = {
     {"1 inHg in Pa",               1, 1155, 1130, 3386.389,                  1e-6},
     {"1 inH2O in Pa",              1, 1146, 1130, kInch * 1000 * kGravity,   kExact},
     {"1 inH2O (4 °C) in Pa",       1, 1147, 1130, 249.082,                   kMeasured},
-    {"1 inH2O (68 °F) in Pa",      1, 1148, 1130, 248.64,                    kMeasured},
-    {"1 ftH2O in inH2O",           1, 1152, 1146, 12,                        kExact},
     {"1 MPa g in bar",             1, 1615, 1137, 10,                        kExact},
     // Pressure, HART (psi is held rounded there)
     {"1 bar in psi, HART",         1,    7,    6, 14.503773773,              kPinned},
@@ -59,34 +56,25 @@ const Check kChecks[] = {
     {"1 nautical mile in m",       1, 1022, 1010, 1852,                      kExact},
     {"1 in in mm, HART",           1,   47,   49, 25.4,                      kExact},
     {"1 yd² in m²",                1, 1032, 1023, 0.83612736,                kExact},
-    {"1 mi² in km²",               1, 1033, 1024, kMile * kMile / 1e6,       kExact},
     {"1 US gal in L",              1, 1048, 1038, 3.785411784,               kExact},
-    {"1 imperial gal in L",        1, 1049, 1038, 4.54609,                   kExact},
     {"1 bbl in US gal",            1, 1051, 1048, 42,                        kExact},
     {"1 ft³ in L",                 1, 1043, 1038, 28.316846592,              kExact},
     {"1 acre foot in m³",          1, 1572, 1034, 1233.48183754752,         kExact},
-    {"1 US bushel in L",           1, 1050, 1038, 35.23907016688,            kExact},
-    {"1 US fl oz in mL",           1, 1570, 1040, 29.5735295625,             kExact},
     // Mass and mass flow
     {"1 lb in kg",                 1, 1094, 1088, kPound,                    kExact},
     {"1 long ton in kg",           1, 1096, 1088, 1016.0469088,              kExact},
-    {"1 troy oz in g",             1, 1569, 1089, 31.1034768,                kExact},
-    {"1 carat in mg",              1, 1567, 1090, 200,                       kExact},
     {"1 kg/s in lb/h, HART",       1,   73,   82, 3600 / kPound,             kExact},
     {"1 short ton/h in kg/min",    1, 1336, 1323, 2000 * kPound / 60,        kExact},
     // Volume flow
     {"1 m³/h in L/min",            1, 1349, 1352, 1000.0 / 60,               kExact},
     {"1 US gal/min in m³/h",       1, 1363, 1349, kGallon * 60,              kExact},
     {"1 m³/s in US gal/min, HART", 1,   28,   16, 60 / kGallon,              kExact},
-    {"1 kgal/d in US gal/h",       1, 1462, 1364, 1000.0 / 24,               kExact},
     {"1 Nm³/s in Nm³/h, HART",     1, 17079, 121, 3600,                      kExact},
     // Velocity, time, angle
     {"1 knot in km/h",             1, 1065, 1064, 1.852,                     kExact},
     {"1 mph in m/s",               1, 1075, 1061, 0.44704,                   kExact},
     {"1 revolution in degrees",    1, 1009, 1005, 360,                       kExact},
     {"1 rad in degrees",           1, 1004, 1005, 180 / kPi,                 kExact},
-    {"1 gon in degrees",           1, 1008, 1005, 0.9,                       kExact},
-    {"3600 rpm in rev/s",       3600, 1085, 1084, 60,                        kExact},
     {"1 rev/s in rad/s",           1, 1084, 1086, 2 * kPi,                   kExact},
     // Energy and power
     {"1 kWh in MJ",                1, 1179, 1172, 3.6,                       kExact},
@@ -94,13 +82,9 @@ const Check kChecks[] = {
     {"1 thermochemical Btu in J",  1, 1183, 1167, kCalorie * 1000 * kPound * 5 / 9, kExact},
     {"1 ft·lbf in J",              1, 1185, 1167, kFoot * kPound * kGravity, kExact},
     {"1 hp in W",                  1, 1198, 1186, 745.69987158227022,        1e-13},
-    {"1 metric hp in W",           1, 1631, 1186, 735.49875,                 kExact},
     {"1 kW in hp, HART",           1,  127,  129, 1.3410220895950279,        1e-13},
     // Others
-    {"1 cP in Pa·s",               1, 1162, 1159, 0.001,                     kExact},
     {"1 g/cm³ in lb/ft³",          1, 1100, 1107, 62.427960576144606,        1e-13},
-    {"1 roentgen in mC/kg",        1, 1416, 1415, 0.258,                     kExact},
-    {"1 bel in dB",                1, 1382, 1383, 10,                        kExact},
     {"1 S/m in mS/cm",             1, 1299, 1302, 10,                        kExact},
 };
 // clang-format on
