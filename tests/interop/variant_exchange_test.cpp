@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
@@ -32,11 +33,7 @@ std::uint64_t Bits(const VARIANT& v, int width) {
     return x;
 }
 
-std::uint64_t DoubleBits(double d) {
-    std::uint64_t x;
-    std::memcpy(&x, &d, sizeof(x));
-    return x;
-}
+std::uint64_t DoubleBits(double d) { return std::bit_cast<std::uint64_t>(d); }
 
 VARIANT Text(const OLECHAR* text) {
     VARIANT v = Make(VT_BSTR, 0);
