@@ -63,6 +63,11 @@ TEST(Calendar, TimeOfDayIsTheMagnitudeOfTheFractionAndRoundsToTheSecond) {
         ASSERT_TRUE(SystemTimeToVariantTime(&expected, &day));
         expected = {r.year, r.month, static_cast<WORD>((static_cast<long>(day) % 7 + 13) % 7), r.day, r.hour,
                     r.minute, r.second, 0};
+        // Where the time rounds into another day, and for NaN, the system's
+        // service answers a weekday other than the date's; the stand-ins
+        // answer the date's own.
+        VARION_STANDIN_ONLY(EXPECT_EQ(st.wDayOfWeek, expected.wDayOfWeek) << r.value);
+        st.wDayOfWeek = expected.wDayOfWeek;
         EXPECT_EQ(std::memcmp(&st, &expected, sizeof st), 0) << r.value;
     }
     // The last second rounding up leaves the range (Wine answers the year 10000).
