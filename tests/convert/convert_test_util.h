@@ -7,6 +7,8 @@
 #include "support/test_support.h"
 #include "value/access.h"
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -50,6 +52,14 @@ inline std::string StringOf(const CVarion& v) {
 template <class T>
 T FieldOf(const CVarion& v) {
     return varion::detail::Load<T>(varion::detail::Access::Var(v));
+}
+
+/// Changes `v` to `target` expecting `code`; a failure must leave the value
+/// byte for byte as it was.
+inline void ExpectChange(CVarion& v, VARTYPE target, long code, const std::string& what) {
+    const auto before = Bytes(v);
+    EXPECT_EQ(v.SetType(target), code) << what;
+    if (code != RC_OK) { EXPECT_EQ(Bytes(v), before) << what; }
 }
 
 /// Calls f.template operator()<VT>() for every numeric type code VT.

@@ -26,33 +26,30 @@ struct ParseCase {
 // clang-format off
 const ParseCase kNumberCases[] = {
     // Booleans: only an empty or blank text is false.
-    {"", VT_BOOL, 0}, {" \t ", VT_BOOL, 0}, {"false", VT_BOOL, 1}, {"0", VT_BOOL, 1},
-    // Integers: prefixes in either case, leading zeros, misplaced signs, white space.
-    {" 42 ", VT_I4, 42}, {"0X1f", VT_I4, 31}, {"0B101", VT_UI1, 5}, {"017", VT_I4, 15}, {"08", VT_I4, kRefused},
-    {"000", VT_I4, 0}, {"0x", VT_I4, 0}, {"0x-1F", VT_I4, -31}, {"-0x1F", VT_I4, kRefused}, {"-", VT_I4, kRefused},
-    {"", VT_I4, kRefused}, {"   ", VT_UI2, kRefused}, {"12abc", VT_I4, kRefused}, {"0x1G", VT_I4, kRefused},
-    {"0x00000000000000000000001", VT_I8, 1},
+    {" \t ", VT_BOOL, 0}, {"false", VT_BOOL, 1}, {"0", VT_BOOL, 1},
+    // Integers: prefixes in either case, misplaced signs, white space (the
+    // bases and bounds themselves are swept elsewhere).
+    {" 42 ", VT_I4, 42}, {"0X1f", VT_I4, 31}, {"0B101", VT_UI1, 5}, {"08", VT_I4, kRefused}, {"0x", VT_I4, 0},
+    {"-0x1F", VT_I4, kRefused}, {"-", VT_I4, kRefused}, {"   ", VT_UI2, kRefused}, {"12abc", VT_I4, kRefused},
+    {"0x1G", VT_I4, kRefused}, {"0x00000000000000000000001", VT_I8, 1},
     // Integers from decimal texts: read as a double, then converted.
-    {"2.5", VT_I4, 3}, {"1e3", VT_I4, 1000}, {"1e10", VT_I4, kRefused}, {"1,5", VT_I2, 2}, {".5", VT_I4, 1},
+    {"2.5", VT_I4, 3}, {"1e10", VT_I4, kRefused}, {"1,5", VT_I2, 2}, {".5", VT_I4, 1},
     {"0.5", VT_I4, kRefused},  // an octal text: "0" then ".5"
-    {"-0.4", VT_I4, 0}, {"-0.4", VT_UI4, kRefused}, {"126.5", VT_I1, 127}, {"127.0", VT_I1, kRefused},
-    {"nan", VT_I4, 0},  // a NaN passes the range check and gives 0
+    {"-0.4", VT_UI4, kRefused}, {"nan", VT_I4, 0},  // a NaN passes the range check and gives 0
     {"inf", VT_I4, kRefused},
     // Floating values: the platform's names of the non-numbers, either separator, bases.
-    {"1.#INF", VT_R8, kInf}, {"INFINITY", VT_R8, kInf}, {"-1.#INF", VT_R8, -kInf}, {"-inf", VT_R4, -kInf},
-    {"x-yINF", VT_R8, -kInf}, {"1.#QNAN", VT_R8, kNaN}, {"-1.#IND", VT_R8, kNaN}, {"nan", VT_R4, kNaN},
-    {"blind", VT_R8, kNaN}, {"", VT_R8, 0}, {"  ", VT_R8, 0}, {"1e999", VT_R8, kInf}, {"1e-999", VT_R8, 0},
-    {"3,25", VT_R8, 3.25}, {" 12,5 ", VT_R4, 12.5}, {"1.000,5", VT_R8, kRefused}, {"1,5,", VT_R8, kRefused},
-    {"0x10", VT_R8, 16}, {"010", VT_R8, 8}, {"08.5", VT_R8, 8.5}, {"0xFFFFFFFFFFFFFFFF", VT_R8, -1},
-    {"5.", VT_R8, 5}, {",5", VT_R8, 0.5}, {"-.5E1", VT_R8, -5}, {"+2,5e-1", VT_R8, 0.25},
-    {"1E", VT_R8, kRefused}, {"1E+", VT_R8, kRefused}, {",", VT_R8, kRefused}, {"-", VT_R8, kRefused},
-    {"1 5", VT_R8, kRefused}, {"0x1p3", VT_R8, kRefused}, {"1e39", VT_R4, kRefused}, {"-1e39", VT_R4, kRefused},
+    {"1.#INF", VT_R8, kInf}, {"x-yINF", VT_R8, -kInf}, {"nan", VT_R4, kNaN}, {"blind", VT_R8, kNaN},
+    {"", VT_R8, 0}, {"1e999", VT_R8, kInf}, {"1e-999", VT_R8, 0}, {" 12,5 ", VT_R4, 12.5},
+    {"1.000,5", VT_R8, kRefused}, {"1,5,", VT_R8, kRefused}, {"0x10", VT_R8, 16}, {"010", VT_R8, 8},
+    {"08.5", VT_R8, 8.5}, {"0xFFFFFFFFFFFFFFFF", VT_R8, -1}, {"5.", VT_R8, 5}, {"-.5E1", VT_R8, -5},
+    {"+2,5e-1", VT_R8, 0.25}, {"1E+", VT_R8, kRefused}, {",", VT_R8, kRefused}, {"1 5", VT_R8, kRefused},
+    {"0x1p3", VT_R8, kRefused}, {"1e39", VT_R4, kRefused}, {"-1e39", VT_R4, kRefused},
     {"3.4028234663852886e38", VT_R4, std::numeric_limits<float>::max()},
     {"4.9406564584124654e-324", VT_R8, std::numeric_limits<double>::denorm_min()},
     {"18446744073709551616", VT_R8, 18446744073709551616.0L},  // twenty digits: beyond 64 bits
     {"\xEF\xBC\x91", VT_R8, kRefused},  // a full-width digit one is not a digit
     // Types that no text converts to.
-    {"5", VT_CY, kRefused}, {"5", VT_ARRAY | VT_I4, kRefused}, {"5", static_cast<VARTYPE>(99), kRefused},
+    {"5", VT_CY, kRefused}, {"5", VT_ARRAY | VT_I4, kRefused},
 };
 
 const struct {
@@ -65,25 +62,14 @@ const struct {
 };
 // clang-format on
 
-// A refused text leaves the string byte for byte as it was.
-void ExpectRefused(CVarion& v, VARTYPE target, const char* text) {
-    const auto before = Bytes(v);
-    EXPECT_EQ(v.SetType(target), RC_NOT_CONVERTIBLE) << '"' << text << "\" to " << target;
-    EXPECT_EQ(Bytes(v), before) << '"' << text << "\" to " << target;
-    EXPECT_EQ(StringOf(v), text);
-}
-
 TEST(TextToValue, EveryRuleOnItsTexts) {
     for (const char* locale : {"C", "de_DE.UTF-8"}) {
         ScopedCLocale scoped(locale);  // reading never depends on the locale
         for (const ParseCase& c : kNumberCases) {
             CVarion v(c.text);
-            if (!c.value) {
-                ExpectRefused(v, c.target, c.text);
-                continue;
-            }
             const std::string what = '"' + std::string(c.text) + "\" to " + std::to_string(c.target);
-            ASSERT_EQ(v.SetType(c.target), RC_OK) << what;
+            ExpectChange(v, c.target, c.value ? RC_OK : RC_NOT_CONVERTIBLE, what);
+            if (!c.value) continue;
             ASSERT_EQ(v.GetType(), c.target) << what;
             const long double got = NumberOf(v);
             if (std::isnan(*c.value)) {
@@ -95,12 +81,8 @@ TEST(TextToValue, EveryRuleOnItsTexts) {
         }
         for (const auto& c : kByteCases) {
             CVarion v(c.text);
-            if (!c.bytes) {
-                ExpectRefused(v, kBytes, c.text);
-                continue;
-            }
-            ASSERT_EQ(v.SetType(kBytes), RC_OK) << c.text;
-            EXPECT_EQ(ArrayBytes(v), *c.bytes) << c.text;
+            ExpectChange(v, kBytes, c.bytes ? RC_OK : RC_NOT_CONVERTIBLE, c.text);
+            if (c.bytes) { EXPECT_EQ(ArrayBytes(v), *c.bytes) << c.text; }
         }
     }
 }
@@ -117,9 +99,7 @@ TEST(TextToValue, AStringIsReadUpToItsFirstZero) {
     } cases[] = {
         {OleString(), true, VT_R8, 0.0, true},
         {OleString(OLESTR("12.5\0" "7"), 6), false, VT_R8, 12.5, true},
-        {OleString(OLESTR(" 1,25 \0x"), 8), false, VT_R8, 1.25, true},
         {OleString(OLESTR("\0" "12"), 3), false, VT_R8, 0.0, true},
-        {OleString(OLESTR("12\0" ".5"), 5), false, VT_R8, 12.0, true},
         {OleString(OLESTR("x\0" "12"), 4), false, VT_R8, 0.0, false},
         {OleString(OLESTR("12\0" "3"), 4), false, VT_I4, 12.0, true},
     };
