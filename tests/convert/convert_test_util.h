@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <limits>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace varion::test {
@@ -27,10 +28,9 @@ CVarion Raw(VARTYPE vt, T x) {
 }
 
 /// A resizable byte array holding `bytes`.
-inline CVarion ByteArray(std::initializer_list<std::uint8_t> bytes) {
+inline CVarion ByteArray(std::string_view bytes) {
     CVarion a(static_cast<unsigned short>(VT_UI1), 0L, 0L);
-    long i = 0;
-    for (std::uint8_t b : bytes) a.SetElementValue(&b, i++);
+    for (std::size_t i = 0; i < bytes.size(); ++i) a.SetElementValue(&bytes[i], static_cast<long>(i));
     return a;
 }
 

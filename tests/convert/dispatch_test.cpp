@@ -37,7 +37,7 @@ CVarion DateText() {  // 2023-03-17 12:00, written as the library writes dates
 // new type (columns): empty, numeric, string, date family, byte array.
 TEST(Dispatch, EveryKindIntoEveryKind) {
     const CVarion empty, numeric(static_cast<short>(5)), number("5"), byteText("0x05"), date = Raw<double>(VT_DATE, 45002.5),
-        bytes = ByteArray({5}), dateText = DateText();
+        bytes = ByteArray("\x05"), dateText = DateText();
     const struct {
         const CVarion& source;
         VARTYPE target;

@@ -26,7 +26,7 @@ TEST(ValueToText, CanonicalTextsUnderPointAndCommaLocales) {
         // every double elsewhere); a single is written through its double.
         {CVarion(2.5), "2.5"}, {CVarion(3.0), "3.0"}, {CVarion(-1e-20), "-0.0"}, {CVarion(0.1f), "0.100000001490116"},
         {CVarion(true), "true"}, {CVarion(false), "false"}, {Raw<std::uint8_t>(VT_BOOL, 2), "true"},
-        {ByteArray({1, 171, 255}), "0x01, 0xAB, 0xFF"}, {ByteArray({0}), "0x00"}, {ByteArray({}), ""},
+        {ByteArray("\x01\xAB\xFF"), "0x01, 0xAB, 0xFF"}, {ByteArray({"", 1}), "0x00"}, {ByteArray(""), ""},
         {CVarion(), ""},
     };
     for (const char* locale : {"C", "de_DE.UTF-8"}) {
@@ -84,7 +84,7 @@ TEST(ValueToText, FailedAllocationsLeaveTheValue) {
     const struct {
         CVarion source;
         VARTYPE target;
-    } cases[] = {{CVarion(2.5), VT_BSTR}, {ByteArray({1, 2}), VT_BSTR}, {CVarion("1, 2, 3"), VT_ARRAY | VT_UI1},
+    } cases[] = {{CVarion(2.5), VT_BSTR}, {ByteArray("\x01\x02"), VT_BSTR}, {CVarion("1, 2, 3"), VT_ARRAY | VT_UI1},
                  {CVarion(""), VT_ARRAY | VT_UI1}};
     for (const auto& c : cases) {
         for (long n = 1; n <= 3; ++n) {
