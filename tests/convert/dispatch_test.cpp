@@ -1,6 +1,6 @@
-// The type-change dispatcher: every kind of current type into every kind of
-// new type, cell by cell, and over every type code; ChangeType, CopyAs and
-// the conversion operators.
+// The type-change dispatcher: the empty value and byte arrays into each kind
+// of new type, every type code from every kind of source; ChangeType, CopyAs
+// and the conversion operators.
 #include "convert_test_util.h"
 
 #include <gtest/gtest.h>
@@ -27,17 +27,12 @@ std::string Content(const CVarion& v) {
     return s.str();
 }
 
-CVarion DateText() {  // 2023-03-17 12:00, written as the library writes dates
-    CVarion v = Raw<double>(VT_DATE, 45002.5);
-    v.SetType(VT_BSTR);
-    return v;
-}
-
-// One representative of each kind of current type (rows) into each kind of
-// new type (columns): empty, numeric, string, date family, byte array.
-TEST(Dispatch, EveryKindIntoEveryKind) {
-    const CVarion empty, numeric(static_cast<short>(5)), number("5"), byteText("0x05"), date = Raw<double>(VT_DATE, 45002.5),
-        bytes = ByteArray("\x05"), dateText = DateText();
+// An empty value becomes the zero value of the new type; a byte array
+// becomes text and nothing else but VT_EMPTY. (Each route is checked with
+// its own rules elsewhere; same-type changes, changes to VT_EMPTY, other
+// arrays and the route-free refusals are decided by the sweep below.)
+TEST(Dispatch, FromEmptyAndFromByteArrays) {
+    const CVarion empty, bytes = ByteArray("\x05");
     const struct {
         const CVarion& source;
         VARTYPE target;
@@ -46,13 +41,9 @@ TEST(Dispatch, EveryKindIntoEveryKind) {
         const char* content;
     } cells[] = {
         // clang-format off
-        // (Same-type changes, changes to VT_EMPTY, from other arrays and the
-        // refusals of every code are decided by the sweep below.)
-        {empty, VT_I4, 0, VT_I4, "0"},         {empty, VT_BSTR, 0, VT_BSTR, ""},  {empty, VTX_DATETIME, 0, VTX_DATETIME, "0"},
-        {empty, kBytes, 0, kBytes, ""},        {numeric, VT_I4, 0, VT_I4, "5"},   {numeric, VT_BSTR, 0, VT_BSTR, "5"},
-        {numeric, VT_DATE, 0, VT_DATE, "7"},   {number, VT_I4, 0, VT_I4, "5"},    {dateText, VTX_DATETIME, 0, VT_DATE, "45002.5"},
-        {byteText, kBytes, 0, kBytes, "5;"},   {date, VT_I4, 0, VT_I4, "45001"},  {date, VTX_DATETIME, 0, VTX_DATETIME, "45002.5"},
-        {bytes, VT_I4, -2, kBytes, "5;"},      {bytes, VT_BSTR, 0, VT_BSTR, "0x05"}, {bytes, VT_DATE, -2, kBytes, "5;"},
+        {empty, VT_I4, 0, VT_I4, "0"},     {empty, VT_BSTR, 0, VT_BSTR, ""},     {empty, VTX_DATETIME, 0, VTX_DATETIME, "0"},
+        {empty, kBytes, 0, kBytes, ""},    {bytes, VT_I4, -2, kBytes, "5;"},     {bytes, VT_BSTR, 0, VT_BSTR, "0x05"},
+        {bytes, VT_DATE, -2, kBytes, "5;"},
         // clang-format on
     };
     for (const auto& cell : cells) {
