@@ -16,9 +16,10 @@
 // The small members of CVarion (include/varion/detail/inline_members.h) are
 // inline, so that a conversion between numbers compiles into its caller. A
 // Windows DLL must export every member, and GCC does not export the inline
-// members of an exported class: there they are ordinary members, defined once
-// in the DLL.
-#if defined(_WIN32) && !defined(VARION_STATIC)
+// members of an exported class: on Windows they are ordinary members, defined
+// once in the library (the static library too, which is built from the same
+// objects as the DLL).
+#if defined(_WIN32)
 #  define VARION_OUT_OF_LINE_MEMBERS 1
 #  define VARION_MEMBER
 #  define VARION_MEMBER_FOLD

@@ -1,5 +1,5 @@
 // The printf-like formatter: scanning the format, reading conversion
-// specifications and rendering integers, floating values, characters and
+// directives and rendering integers, floating values, characters and
 // texts. Number digits come from std::to_chars and are then shaped (padding,
 // prefixes, three-digit exponents, the locale's decimal separator).
 #include "platform/format.h"
@@ -99,7 +99,7 @@ private:
 };
 
 // ---------------------------------------------------------------------------
-// Conversion specifications
+// Conversion directives
 // ---------------------------------------------------------------------------
 bool IsDigit(OLECHAR c) noexcept { return c >= OLESTR('0') && c <= OLESTR('9'); }
 
@@ -126,7 +126,7 @@ bool Accepts(OLECHAR conversion, Length length) noexcept {
     }
 }
 
-// Reads the specification after a "%" (pos is just past it) up to and
+// Reads the directive after a "%" (pos is just past it) up to and
 // including its conversion character; false when it cannot be used.
 bool ParseSpec(OleStringView f, std::size_t& pos, Spec& spec) noexcept {
     const std::size_t n = f.size();
@@ -402,7 +402,7 @@ std::size_t QuickFixed(char* buf, double x, int precision) noexcept {
 #endif
 }
 
-// The digits of a finite, non-negative x for the specification, with "." as
+// The digits of a finite, non-negative x for the directive, with "." as
 // the separator; 0 when they do not fit the buffer.
 std::size_t FloatBody(char* buf, double x, const Spec& spec) noexcept {
     // Keep three spare characters for the point and exponent digits added below.

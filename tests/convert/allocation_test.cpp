@@ -70,7 +70,7 @@ TEST(ConversionAllocations, NumberTextsAllocateOnlyTheNewString) {
     }
     ScopedCLocale comma("de_DE.UTF-8");
     const CVarion writes[] = {CVarion(-123456789), CVarion(2.5), CVarion(1e300), CVarion(0.1f), CVarion(false),
-                              CVarion(std::numeric_limits<ULONGLONG>::max()), ByteArray({1, 2, 3})};
+                              CVarion(std::numeric_limits<ULONGLONG>::max()), ByteArray("\x01\x02\x03")};
     for (const CVarion& source : writes) {
         CVarion v(source);
         const long before = AllocationCount();

@@ -7,9 +7,12 @@
 #include "support/test_support.h"
 #include "value/access.h"
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <limits>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace varion::test {
@@ -25,10 +28,9 @@ CVarion Raw(VARTYPE vt, T x) {
 }
 
 /// A resizable byte array holding `bytes`.
-inline CVarion ByteArray(std::initializer_list<std::uint8_t> bytes) {
+inline CVarion ByteArray(std::string_view bytes) {
     CVarion a(static_cast<unsigned short>(VT_UI1), 0L, 0L);
-    long i = 0;
-    for (std::uint8_t b : bytes) a.SetElementValue(&b, i++);
+    for (std::size_t i = 0; i < bytes.size(); ++i) a.SetElementValue(&bytes[i], static_cast<long>(i));
     return a;
 }
 
@@ -50,6 +52,14 @@ inline std::string StringOf(const CVarion& v) {
 template <class T>
 T FieldOf(const CVarion& v) {
     return varion::detail::Load<T>(varion::detail::Access::Var(v));
+}
+
+/// Changes `v` to `target` expecting `code`; a failure must leave the value
+/// byte for byte as it was.
+inline void ExpectChange(CVarion& v, VARTYPE target, long code, const std::string& what) {
+    const auto before = Bytes(v);
+    EXPECT_EQ(v.SetType(target), code) << what;
+    if (code != RC_OK) { EXPECT_EQ(Bytes(v), before) << what; }
 }
 
 /// Calls f.template operator()<VT>() for every numeric type code VT.

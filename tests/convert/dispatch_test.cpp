@@ -1,6 +1,6 @@
-// The type-change dispatcher: every kind of current type into every kind of
-// new type, cell by cell, and over every type code; ChangeType, CopyAs and
-// the conversion operators.
+// The type-change dispatcher: the empty value and byte arrays into each kind
+// of new type, every type code from every kind of source; ChangeType, CopyAs
+// and the conversion operators.
 #include "convert_test_util.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +15,6 @@ using namespace varion::test;
 namespace {
 
 constexpr VARTYPE kBytes = VT_ARRAY | VT_UI1;
-constexpr VARTYPE kI4s = VT_ARRAY | VT_I4;
 
 // The content of a value, read from its bytes, not through conversions.
 std::string Content(const CVarion& v) {
@@ -28,17 +27,12 @@ std::string Content(const CVarion& v) {
     return s.str();
 }
 
-CVarion DateText() {  // 2023-03-17 12:00, written as the library writes dates
-    CVarion v = Raw<double>(VT_DATE, 45002.5);
-    v.SetType(VT_BSTR);
-    return v;
-}
-
-// One representative of each kind of current type (rows) into each kind of
-// new type (columns): empty, numeric, string, date family, byte array.
-TEST(Dispatch, EveryKindIntoEveryKind) {
-    const CVarion empty, numeric(static_cast<short>(5)), number("5"), byteText("0x05"), date = Raw<double>(VT_DATE, 45002.5),
-        bytes = ByteArray({5}), ints(static_cast<unsigned short>(VT_I4), 0L, 0L), dateText = DateText();
+// An empty value becomes the zero value of the new type; a byte array
+// becomes text and nothing else but VT_EMPTY. (Each route is checked with
+// its own rules elsewhere; same-type changes, changes to VT_EMPTY, other
+// arrays and the route-free refusals are decided by the sweep below.)
+TEST(Dispatch, FromEmptyAndFromByteArrays) {
+    const CVarion empty, bytes = ByteArray("\x05");
     const struct {
         const CVarion& source;
         VARTYPE target;
@@ -47,30 +41,17 @@ TEST(Dispatch, EveryKindIntoEveryKind) {
         const char* content;
     } cells[] = {
         // clang-format off
-        {empty, VT_EMPTY, 0, VT_EMPTY, ""},  {empty, VT_I4, 0, VT_I4, "0"},      {empty, VT_BSTR, 0, VT_BSTR, ""},
-        {empty, VTX_DATETIME, 0, VTX_DATETIME, "0"},                            {empty, kBytes, 0, kBytes, ""},
-        {numeric, VT_EMPTY, 0, VT_EMPTY, ""}, {numeric, VT_I4, 0, VT_I4, "5"},  {numeric, VT_BSTR, 0, VT_BSTR, "5"},
-        {numeric, VT_DATE, 0, VT_DATE, "7"},                                    {numeric, kBytes, -2, VT_I2, "5"},
-        {number, VT_EMPTY, 0, VT_EMPTY, ""},  {number, VT_I4, 0, VT_I4, "5"},   {number, VT_BSTR, 0, VT_BSTR, "5"},
-        {dateText, VTX_DATETIME, 0, VT_DATE, "45002.5"},                        {byteText, kBytes, 0, kBytes, "5;"},
-        {date, VT_EMPTY, 0, VT_EMPTY, ""},    {date, VT_I4, 0, VT_I4, "45001"}, {date, VT_DATE, 0, VT_DATE, "45002.5"},
-        {date, VTX_DATETIME, 0, VTX_DATETIME, "45002.5"},                       {date, kBytes, -2, VT_DATE, "45002.5"},
-        {bytes, VT_EMPTY, 0, VT_EMPTY, ""},   {bytes, VT_I4, -2, kBytes, "5;"}, {bytes, VT_BSTR, 0, VT_BSTR, "0x05"},
-        {bytes, VT_DATE, -2, kBytes, "5;"},                                     {bytes, kBytes, 0, kBytes, "5;"},
-        {ints, VT_EMPTY, -1, kI4s, ""},       {ints, VT_I4, -1, kI4s, ""},      {ints, VT_BSTR, -1, kI4s, ""},
-        {ints, VT_DATE, -1, kI4s, ""},                                          {ints, kBytes, -1, kI4s, ""},
+        {empty, VT_I4, 0, VT_I4, "0"},     {empty, VT_BSTR, 0, VT_BSTR, ""},     {empty, VTX_DATETIME, 0, VTX_DATETIME, "0"},
+        {empty, kBytes, 0, kBytes, ""},    {bytes, VT_I4, -2, kBytes, "5;"},     {bytes, VT_BSTR, 0, VT_BSTR, "0x05"},
+        {bytes, VT_DATE, -2, kBytes, "5;"},
         // clang-format on
     };
     for (const auto& cell : cells) {
         CVarion v(cell.source);
-        const auto before = Bytes(v);
         const std::string what = std::to_string(v.GetType()) + " " + Content(v) + " to " + std::to_string(cell.target);
-        EXPECT_EQ(v.SetType(cell.target), cell.code) << what;
+        ExpectChange(v, cell.target, cell.code, what);
         EXPECT_EQ(v.GetType(), cell.type) << what;
         EXPECT_EQ(Content(v), cell.content) << what;
-        if (cell.code < 0) {
-            EXPECT_EQ(Bytes(v), before) << what;
-        }
     }
 }
 
@@ -142,13 +123,7 @@ TEST(ConversionOperators, ReadThroughTheConversion) {
     EXPECT_EQ(static_cast<int>(CVarion(256)), 1);
     EXPECT_EQ(static_cast<unsigned char>(CVarion(300)), 0);
     EXPECT_EQ(static_cast<long>(CVarion(-2.5)), -3);
-    EXPECT_EQ(static_cast<long>(CVarion(static_cast<LONGLONG>(1) << 40)), 0);  // beyond 32 bits
     EXPECT_EQ(static_cast<LONGLONG>(CVarion(static_cast<LONGLONG>(1) << 40)), static_cast<LONGLONG>(1) << 40);
-    EXPECT_EQ(static_cast<short>(CVarion(-32768)), -32768);
-    EXPECT_EQ(static_cast<unsigned short>(CVarion(65536)), 0);
-    EXPECT_EQ(static_cast<char>(CVarion(-128)), -128);
-    EXPECT_EQ(static_cast<float>(CVarion(1e39)), 0.0f);
-    EXPECT_EQ(static_cast<double>(CVarion(0.1f)), static_cast<double>(0.1f));
     EXPECT_EQ(static_cast<double>(CVarion(VT_I4, 2, 0)), 0.0);
     EXPECT_EQ(varion::test::Utf8(static_cast<CString>(CVarion(OLESTR("abc")))), "abc");
     EXPECT_EQ(varion::test::Utf8(static_cast<CString>(CVarion(VT_I4, 2, 0))), "");

@@ -20,57 +20,38 @@ struct DateCase {
 
 std::vector<DateCase> DateCases() {
     constexpr double k31ms = 3.587962962962963e-07;
-    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
     return {
         // Numbers to date-times add the two days from 1899-12-30 to 1900-01-01.
         {"I4 0 to DATE", CVarion(0), VT_DATE, 0, 2.0},
-        {"R4 -2 to ISO_DATETIME", CVarion(-2.0f), VTX_ISO_DATETIME, 0, 0.0},
-        {"BOOL true to DATETIME_ALT", CVarion(true), VTX_DATETIME_ALT, 0, 3.0},
         // Date-times to numbers.
         {"DATE to R8", Raw(VT_DATE, 45002.5), VT_R8, 0, 45000.5},
-        {"DATE to I4 rounds", Raw(VT_DATE, 45002.5), VT_I4, 0, 45001.0},
-        {"DATE before day zero to I4", Raw(VT_DATE, -0.5), VT_I4, 0, -3.0},
         {"DATE to I1 is out of range", Raw(VT_DATE, 45002.5), VT_I1, -2, 45002.5},
-        {"DATE to UI4 below zero", Raw(VT_DATE, 1.0), VT_UI4, -2, 1.0},
         {"DATETIME to ISO_DATETIME", Raw(VTX_DATETIME, 45002.75), VTX_ISO_DATETIME, 0, 45002.75},
         // Durations count whole milliseconds (or 1/32 ms), rounded away from zero.
         {"DURATION 1.5 d to I8", Raw(VTX_DURATION, 1.5), VT_I8, 0, 129600000.0},
         {"DURATION 31 ms to I4", Raw(VTX_DURATION, k31ms), VT_I4, 0, 31.0},
         {"DURATION -31 ms to I4", Raw(VTX_DURATION, -k31ms), VT_I4, 0, -31.0},
-        {"ISO_DURATION 31 ms to I4", Raw(VTX_ISO_DURATION, k31ms), VT_I4, 0, 31.0},
         {"DURATION_MSF 1 ms to I4", Raw(VTX_DURATION_MSF, 1.0 / 86400000.0), VT_I4, 0, 32.0},
         {"DURATION 1 d to I4 overflows", Raw(VTX_DURATION, 30.0), VT_I4, -2, 30.0},
-        {"DURATION NaN to I8", Raw(VTX_DURATION, kNaN), VT_I8, -2, kNaN},
         {"DURATION beyond 64 bits", Raw(VTX_DURATION, 1e12), VT_I8, -2, 1e12},
         {"I8 86400000 to DURATION", CVarion(86400000LL), VTX_DURATION, 0, 1.0},
         {"I8 2764800000 to DURATION_MSF", CVarion(2764800000LL), VTX_DURATION_MSF, 0, 1.0},
         {"R8 1.5 to DURATION rounds to 2 ms", CVarion(1.5), VTX_DURATION, 0, 2.0 / 86400000.0},
         {"R8 1e19 to DURATION", CVarion(1e19), VTX_DURATION, -2, 1e19},
-        {"UI8 max to ISO_DURATION", CVarion(std::numeric_limits<ULONGLONG>::max()), VTX_ISO_DURATION, -2, 0.0},
         // Composed: durations read the other's count in their own unit.
         {"DURATION 1 d to DURATION_MSF", Raw(VTX_DURATION, 1.0), VTX_DURATION_MSF, 0, 0.03125},
-        {"DURATION_MSF 1 d to DURATION", Raw(VTX_DURATION_MSF, 0.03125), VTX_DURATION, 0, 1.0},
         {"DURATION to ISO_DURATION keeps ms", Raw(VTX_DURATION, 1.5 + 7.0 / 86400000.0), VTX_ISO_DURATION, 0,
          129600007.0 / 86400000.0},
         {"DATE to DURATION reads days as ms", Raw(VT_DATE, 3.5), VTX_DURATION, 0, 2.0 / 86400000.0},
         {"DURATION to DATE reads ms as days", Raw(VTX_DURATION, 3.0 / 86400000.0), VT_DATE, 0, 5.0},
-        // Sources and targets without a number.
-        {"byte array to DATE", ByteArray({1}), VT_DATE, -2, 0.0},
-        {"DATE to byte array", Raw(VT_DATE, 2.0), VT_ARRAY | VT_UI1, -2, 2.0},
     };
 }
 
 TEST(NumbersAndDates, ConversionsBothWays) {
     for (const DateCase& c : DateCases()) {
         CVarion v(c.source);
-        const auto before = Bytes(v);
-        EXPECT_EQ(v.SetType(c.target), c.code) << c.name;
-        if (c.code != RC_OK) {
-            EXPECT_EQ(Bytes(v), before) << c.name;
-        } else {
-            EXPECT_EQ(v.GetType(), c.target) << c.name;
-            EXPECT_EQ(NumberOf(v), c.expected) << c.name;
-        }
+        ExpectChange(v, c.target, c.code, c.name);
+        if (c.code == RC_OK) { EXPECT_EQ(NumberOf(v), c.expected) << c.name; }
     }
     // The routes behind SetType refuse the kinds they are not for.
     CVarion text("5");

@@ -33,14 +33,13 @@ bool FixedTextMatches(double x) {
 
 TEST(NumberFastPaths, FixedTextMatchesToChars) {
     using L = std::numeric_limits<double>;
+    // Carries into the whole part, the smallest decimals, the ends of the
+    // integer arithmetic (2^53, 2^64) and what lies beyond it.
     const double edges[] = {
-        0.0, -0.0, 1.0, -1.0, 0.5, 0.1, 0.2, 0.3, 1e-15, 5e-16, 4.9999999999999996e-16, 1.5e-15, 9.5e-16,
-        0.9999999999999995, 0.99999999999999956, 0.9999999999999994, 999999.9999999999, 12.5, 1234567.891, 1e-7,
-        std::ldexp(1.0, -16), 3 * std::ldexp(1.0, -16), std::ldexp(1.0, -17), std::ldexp(1.0, -50),
-        std::ldexp(1.0, 52), std::ldexp(1.0, 53) - 1, std::ldexp(1.0, 53), std::ldexp(1.0, 63),
-        std::ldexp(1.0, 64) - 2048, std::ldexp(1.0, 64), -std::ldexp(1.0, 64), 1e19, 1.8446744073709552e19, 1e20,
-        1e300, L::max(), L::min(), L::denorm_min(), -L::denorm_min(), 2.220446049250313e-16, 123456789.123456789,
-        0.000123456789012345, 4503599627370495.5, 4503599627370496.5, L::infinity(), -L::infinity(), L::quiet_NaN()};
+        0.0, -0.0, 1e-15, 5e-16, 4.9999999999999996e-16, 9.5e-16, 0.9999999999999995, 0.99999999999999956,
+        999999.9999999999, std::ldexp(1.0, -50), std::ldexp(1.0, 53) - 1, std::ldexp(1.0, 53), std::ldexp(1.0, 63),
+        std::ldexp(1.0, 64) - 2048, std::ldexp(1.0, 64), -std::ldexp(1.0, 64), 1e20, 1e300, L::max(), L::min(),
+        L::denorm_min(), 4503599627370495.5, L::infinity(), -L::infinity(), L::quiet_NaN()};
     for (const double x : edges) EXPECT_TRUE(FixedTextMatches(x)) << x;
 
     int failures = 0;

@@ -15,8 +15,9 @@ using namespace varion::test;
 
 namespace {
 
-// Bounds, small values, powers of two and ten (and their neighbours), and
-// random bit patterns of T.
+// Bounds, small values, random bit patterns of T and, for floating types,
+// powers of two and ten and their neighbours (the integer bounds in every
+// base are swept elsewhere).
 template <class T>
 std::vector<T> Samples() {
     using L = std::numeric_limits<T>;
@@ -26,12 +27,6 @@ std::vector<T> Samples() {
                            -L::infinity(), L::quiet_NaN()});
         for (int e = L::min_exponent - 1; e <= L::max_exponent - 1; ++e) s.insert(s.end(), {std::ldexp(T(1), e), -std::ldexp(T(1), e)});
         for (T p = 1; std::isfinite(p); p *= 10) s.insert(s.end(), {p, -p, T(1) / p, std::nextafter(p, T(0))});
-    } else {
-        for (int b = 0; b < L::digits; ++b) {
-            const T p = static_cast<T>(T(1) << b);
-            s.insert(s.end(), {p, static_cast<T>(p - 1), static_cast<T>(p + 1), static_cast<T>(-p)});
-        }
-        for (T p = 1; p <= L::max() / 10; p = static_cast<T>(p * 10)) s.insert(s.end(), {p, static_cast<T>(p + 1)});
     }
     std::mt19937_64 random(20240229);
     using Bits = std::conditional_t<sizeof(T) == 8, std::uint64_t,
@@ -50,14 +45,9 @@ void RoundTrip(VARTYPE type, const char* locale) {
         const std::string what = text + " as type " + std::to_string(type) + " under " + locale;
         // Decimal texts above 2^63 - 1 are refused for VT_UI8 (such values
         // are read from hexadecimal, octal or binary texts).
-        if constexpr (std::is_same_v<T, std::uint64_t>) {
-            if (x > static_cast<T>(std::numeric_limits<std::int64_t>::max())) {
-                EXPECT_EQ(v.SetType(type), RC_NOT_CONVERTIBLE) << what;
-                EXPECT_EQ(StringOf(v), text);
-                continue;
-            }
-        }
-        ASSERT_EQ(v.SetType(type), RC_OK) << what;
+        const bool refused = std::is_same_v<T, std::uint64_t> && static_cast<long double>(x) > 9223372036854775807.0L;
+        ExpectChange(v, type, refused ? RC_NOT_CONVERTIBLE : RC_OK, what);
+        if (refused) continue;
         const T back = FieldOf<T>(v);
         if constexpr (std::is_floating_point_v<T>) {
             if (std::isnan(x)) {
@@ -79,7 +69,7 @@ void RoundTrip(VARTYPE type, const char* locale) {
 }
 
 TEST(RoundTrip, EveryNumericTypeUnderPointAndCommaLocales) {
-    for (const char* locale : {"C", "en_US.UTF-8", "de_DE.UTF-8"}) {
+    for (const char* locale : {"C", "de_DE.UTF-8"}) {
         ScopedCLocale scoped(locale);
         RoundTrip<std::int8_t>(VT_I1, locale);
         RoundTrip<std::uint8_t>(VT_UI1, locale);
@@ -99,8 +89,7 @@ TEST(RoundTrip, ByteArrays) {
     for (int n = 0; n < 300; ++n) {
         std::string bytes(static_cast<std::size_t>(n % 40), '\0');
         for (char& b : bytes) b = static_cast<char>(random());
-        CVarion v(static_cast<unsigned short>(VT_UI1), 0L, 0L);
-        for (std::size_t i = 0; i < bytes.size(); ++i) v.SetElementValue(&bytes[i], static_cast<long>(i));
+        CVarion v = ByteArray(bytes);
         ASSERT_EQ(v.SetType(VT_BSTR), RC_OK);
         const std::string text = StringOf(v);
         ASSERT_EQ(v.SetType(VT_ARRAY | VT_UI1), RC_OK) << text;

@@ -20,17 +20,13 @@ TEST(ValueToText, CanonicalTextsUnderPointAndCommaLocales) {
         CVarion value;
         const char* text;  // under a locale with a decimal point; a comma locale writes "," for "."
     } cases[] = {
-        {CVarion(static_cast<signed char>(-128)), "-128"}, {CVarion(static_cast<unsigned char>(255)), "255"},
-        {CVarion(static_cast<short>(-32768)), "-32768"},   {CVarion(static_cast<unsigned short>(65535)), "65535"},
-        {CVarion(static_cast<int>(INT32_MIN)), "-2147483648"}, {CVarion(4294967295u), "4294967295"},
+        // Integers come from one writer: a signed and an unsigned row, each at its widest.
         {CVarion(L::min()), "-9223372036854775808"}, {CVarion(std::numeric_limits<ULONGLONG>::max()), "18446744073709551615"},
-        {CVarion(2.5), "2.5"}, {CVarion(3.0), "3.0"}, {CVarion(-0.5), "-0.5"}, {CVarion(100.0), "100.0"},
-        {CVarion(1.0 / 3.0), "0.333333333333333"}, {CVarion(2.0 / 3.0), "0.666666666666667"},
-        {CVarion(1e-16), "0.0"}, {CVarion(-1e-20), "-0.0"}, {CVarion(-0.0), "-0.0"},
-        {CVarion(1e20), "100000000000000000000.0"}, {CVarion(0.1 + 0.2), "0.3"},
-        {CVarion(0.000000000000001), "0.000000000000001"}, {CVarion(0.1f), "0.100000001490116"},
+        // Fifteen decimals, trailing zeros trimmed (the digits are checked for
+        // every double elsewhere); a single is written through its double.
+        {CVarion(2.5), "2.5"}, {CVarion(3.0), "3.0"}, {CVarion(-1e-20), "-0.0"}, {CVarion(0.1f), "0.100000001490116"},
         {CVarion(true), "true"}, {CVarion(false), "false"}, {Raw<std::uint8_t>(VT_BOOL, 2), "true"},
-        {ByteArray({1, 171, 255}), "0x01, 0xAB, 0xFF"}, {ByteArray({0}), "0x00"}, {ByteArray({}), ""},
+        {ByteArray("\x01\xAB\xFF"), "0x01, 0xAB, 0xFF"}, {ByteArray({"", 1}), "0x00"}, {ByteArray(""), ""},
         {CVarion(), ""},
     };
     for (const char* locale : {"C", "de_DE.UTF-8"}) {
@@ -47,11 +43,7 @@ TEST(ValueToText, CanonicalTextsUnderPointAndCommaLocales) {
 }
 
 TEST(ValueToText, TypesWithoutTextFailAndStayUnchanged) {
-    const CVarion cases[] = {
-        Raw<LONGLONG>(VT_CY, 12345), Raw<std::int32_t>(VT_ERROR, 7), Raw<LONGLONG>(static_cast<VARTYPE>(99), 1),
-        Raw<double>(VT_DATE, 1e300),  // no calendar fields
-        Raw<double>(VT_DATE, std::numeric_limits<double>::quiet_NaN()), Raw<double>(VTX_DATETIME, -1e9),
-    };
+    const CVarion cases[] = {Raw<LONGLONG>(VT_CY, 12345), Raw<double>(VT_DATE, 1e300)};  // the date has no calendar fields
     for (const CVarion& source : cases) {
         CVarion v;
         std::memcpy(static_cast<void*>(&v), &source, sizeof(v));  // no copy semantics for odd codes
@@ -68,7 +60,7 @@ TEST(ValueToText, ConversionsWriteOnlyTheNewMembersBytes) {
     const struct {
         VARTYPE target;
         std::size_t width;
-    } cases[] = {{VT_I1, 1}, {VT_I2, 2}, {VT_I4, 4}, {VT_R4, 4}, {VT_BSTR, sizeof(BSTR)}};
+    } cases[] = {{VT_I1, 1}, {VT_I4, 4}, {VT_BSTR, sizeof(BSTR)}};
     for (const auto& c : cases) {
         CVarion v(-1.0);  // 00 00 00 00 00 00 F0 BF
         auto& var = varion::detail::Access::Var(v);
@@ -88,8 +80,8 @@ TEST(ValueToText, FailedAllocationsLeaveTheValue) {
     const struct {
         CVarion source;
         VARTYPE target;
-    } cases[] = {{CVarion(42), VT_BSTR}, {CVarion(2.5), VT_BSTR}, {CVarion(true), VT_BSTR}, {ByteArray({1, 2}), VT_BSTR},
-                 {CVarion("1, 2, 3"), VT_ARRAY | VT_UI1}, {CVarion(""), VT_ARRAY | VT_UI1}};
+    } cases[] = {{CVarion(2.5), VT_BSTR}, {ByteArray("\x01\x02"), VT_BSTR}, {CVarion("1, 2, 3"), VT_ARRAY | VT_UI1},
+                 {CVarion(""), VT_ARRAY | VT_UI1}};
     for (const auto& c : cases) {
         for (long n = 1; n <= 3; ++n) {
             CVarion v(c.source);

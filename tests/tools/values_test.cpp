@@ -1,4 +1,5 @@
-// Golden outputs of the commands that read, convert and compute values.
+// Golden outputs of the commands that read, convert and compute values: how
+// the tool reads its arguments into values and prints what the library answers.
 #include "tools/tool_run.h"
 
 #include <gtest/gtest.h>
@@ -8,32 +9,22 @@ namespace {
 using tooltest::ExpectGolden;
 using tooltest::Golden;
 
-constexpr const char* kGerman = "LC_ALL=de_DE.UTF-8";
-
 TEST(ToolValues, Convert) {
     const Golden cases[] = {
         // Without --from the value is a text, read by the target type's rules.
-        {"convert 0x1F --to I1", 0, "type:  VT_I1 (16)\nvalue: 31\ncode:  RC_OK (0)\n"},
-        {"convert 0xFF --to VT_I1", 0, "type:  VT_I1 (16)\nvalue: -1\ncode:  RC_OK (0)\n"},
         {"convert 017 --to 3", 0, "type:  VT_I4 (3)\nvalue: 15\ncode:  RC_OK (0)\n"},
-        {"convert 12,5 --to R4", 0, "type:  VT_R4 (4)\nvalue: 12.5\ncode:  RC_OK (0)\n"},
         {"convert '0x01, 0xAB' --to UI1_ARRAY", 0,
          "type:  VT_UI1|VT_ARRAY (8209)\nvalue: 0x01, 0xAB\ncode:  RC_OK (0)\n"},
-        {"convert '' --to BOOL", 0, "type:  VT_BOOL (11)\nvalue: false\ncode:  RC_OK (0)\n"},
-        {"convert 12abc --to I4", 1, "type:  VT_BSTR (8)\nvalue: 12abc\ncode:  RC_NOT_CONVERTIBLE (-2)\n"},
         {"convert 1:30 --to VTX_DURATION", 0, "type:  VTX_DURATION (100)\nvalue: 01:30:00\ncode:  RC_OK (0)\n"},
-        // With --from the value is one of that type: plain numbers first.
+        // With --from the value is one of that type: plain numbers first ...
         {"convert 017 --from I4 --to R8", 0, "type:  VT_R8 (5)\nvalue: 17.0\ncode:  RC_OK (0)\n"},
-        {"convert 2.5 --from R8 --to I4", 0, "type:  VT_I4 (3)\nvalue: 3\ncode:  RC_OK (0)\n"},
         {"convert -2.5 --from VT_R8 --to 3", 0, "type:  VT_I4 (3)\nvalue: -3\ncode:  RC_OK (0)\n"},
         {"convert 300 --from I4 --to UI1", 1, "type:  VT_I4 (3)\nvalue: 300\ncode:  RC_ABOVE_MAX (-3)\n"},
         {"convert -1 --from I2 --to UI2", 1, "type:  VT_I2 (2)\nvalue: -1\ncode:  RC_BELOW_MIN (-4)\n"},
         {"convert 18446744073709551615 --from UI8 --to I8", 1,
          "type:  VT_UI8 (21)\nvalue: 18446744073709551615\ncode:  RC_ABOVE_MAX (-3)\n"},
-        {"convert 0.3 --from r8 --to bool", 0, "type:  VT_BOOL (11)\nvalue: true\ncode:  RC_OK (0)\n"},
-        {"convert 0.1 --from R4 --to BSTR", 0, "type:  VT_BSTR (8)\nvalue: 0.100000001490116\ncode:  RC_OK (0)\n"},
-        {"convert 45002.5 --from DATE --to R8", 0, "type:  VT_R8 (5)\nvalue: 45000.5\ncode:  RC_OK (0)\n"},
-        {"convert 45002.5 --from DATE --to BSTR", 0, "type:  VT_BSTR (8)\nvalue: 03/17/2023 12:00:00\ncode:  RC_OK (0)\n"},
+        {"convert 45002.5 --from DATE --to BSTR", 0,
+         "type:  VT_BSTR (8)\nvalue: 03/17/2023 12:00:00\ncode:  RC_OK (0)\n"},
         {"convert 1.5 --from DURATION --to I8", 0, "type:  VT_I8 (20)\nvalue: 129600000\ncode:  RC_OK (0)\n"},
         // ... then the library's text route for the type.
         {"convert 0x10 --from I4 --to R8", 0, "type:  VT_R8 (5)\nvalue: 16.0\ncode:  RC_OK (0)\n"},
@@ -41,77 +32,24 @@ TEST(ToolValues, Convert) {
          "type:  VT_UI1|VT_ARRAY (8209)\nvalue: 0x01\ncode:  RC_NOT_CONVERTIBLE (-2)\n"},
         // The user locale decides the decimal separator the library writes.
         {"convert 12.5 --to R8 --locale de-DE", 0, "type:  VT_R8 (5)\nvalue: 12,5\ncode:  RC_OK (0)\n"},
-        {"convert 12.5 --to R8", 0, "type:  VT_R8 (5)\nvalue: 12,5\ncode:  RC_OK (0)\n", kGerman},
-        {"convert 45002.5 --from DATE --to BSTR --locale de_DE.UTF-8", 0,
-         "type:  VT_BSTR (8)\nvalue: 17.03.2023 12:00:00\ncode:  RC_OK (0)\n"},
-        {"convert 12.5 --to R8 --json", 0,
-         "{\"type\":5,\"type_name\":\"VT_R8\",\"value\":\"12.5\",\"code\":0,\"code_name\":\"RC_OK\"}\n"},
+        {"convert 12.5 --to R8", 0, "type:  VT_R8 (5)\nvalue: 12,5\ncode:  RC_OK (0)\n", "LC_ALL=de_DE.UTF-8"},
     };
     ExpectGolden(cases);
 }
 
-TEST(ToolValues, Format) {
+TEST(ToolValues, FormatAndDdtype) {
     const Golden cases[] = {
         {"format 3.14159 --type R8 --format %5.2f", 0, " 3.14\n"},
         {"format 3.14159 --type R8 --format %5.2f --locale de-DE", 0, " 3,14\n"},
-        {"format 31 --type I4 --format %X", 0, "0x1F\n"},
         {"format -1 --type I1 --format %b", 0, "0b11111111\n"},
-        {"format 8 --type UI2 --format %o", 0, "010\n"},
-        {"format 2.5 --type R8", 0, "2.5\n"},
-        {"format nan --type R8 --format %f", 0, "< Not a Number (NaN) >\n"},
-        {"format true --type BOOL --format ''", 0, "true\n"},
-        {"format '0x01, 0xAB' --type UI1_ARRAY --format %02X", 0, "0x01, 0xAB\n"},
         {"format 0.5 --type DATE --dd-type 16 --format %H:%M:%S", 0, "12:00:00\n"},
         {"format 46343.5 --type VTX_ISO_DATETIME --format %d.%m.%Y", 0, "17.11.2026\n"},
-        {"format 2026-11-17T20:18:38 --type VTX_ISO_DATETIME", 0, "2026-11-17T20:18:38\n"},
-        {"format 'Speed' --type BSTR --format %d", 0, "Speed\n"},
         {"format 12.5 --type R8 --format 'Speed: %5.1f km/h'", 0, "Speed:  12.5 km/h\n"},
-        {"format 5 --type I4 --format '%d %d'", 0, "\n"},
         {"format 5 --type I4 --format %d --json", 0,
          "{\"type\":3,\"type_name\":\"VT_I4\",\"value\":\"5\",\"code\":0,\"code_name\":\"RC_OK\",\"format\":\"%d\","
          "\"dd_type\":0,\"display\":\"5\"}\n"},
-    };
-    ExpectGolden(cases);
-}
-
-TEST(ToolValues, CalcAndCompare) {
-    const Golden cases[] = {
-        {"calc 100 + 100 --type-a I1 --type-b I1", 0, "type:  VT_I2 (2)\nvalue: 200\ncode:  RC_OK (0)\n"},
-        {"calc 2147483647 add 1", 0, "type:  VT_I8 (20)\nvalue: 2147483648\ncode:  RC_OK (0)\n"},
-        {"calc 3 - 5 --type-a UI1 --type-b UI1", 1, "type:  VT_UI8 (21)\nvalue: 0\ncode:  RC_NOT_CONVERTIBLE (-2)\n"},
-        {"calc 1.5 + 2 --type-a BSTR --type-b BSTR", 0, "type:  VT_BSTR (8)\nvalue: 3.5\ncode:  RC_OK (0)\n"},
-        {"calc 1 / 0", 1, "type:  VT_I4 (3)\nvalue: 0\ncode:  RC_NOT_CONVERTIBLE (-2)\n"},
-        {"calc 1 shl 33", 0, "type:  VT_I4 (3)\nvalue: 2\ncode:  RC_OK (0)\n"},
-        {"calc 4294967295 '&' 255 --type-a UI4", 0, "type:  VT_UI4 (19)\nvalue: 0\ncode:  RC_OK (0)\n"},
-        {"calc neg 1 --type-a UI1", 0, "type:  VT_UI1 (17)\nvalue: 255\ncode:  RC_OK (0)\n"},
-        {"calc '~' 0 --type-a I2", 0, "type:  VT_I2 (2)\nvalue: -1\ncode:  RC_OK (0)\n"},
-        {"calc inc 255 --type-a UI1", 0, "type:  VT_UI1 (17)\nvalue: 0\ncode:  RC_OK (0)\n"},
-        {"calc 45000 + 1 --type-a DATE", 0, "type:  VT_DATE (7)\nvalue: 03/18/2023\ncode:  RC_OK (0)\n"},
-        {"compare 5 == 5.0000049", 0, "1\n"},
-        {"compare 5 == 5.0000051", 0, "0\n"},
-        {"compare 5 Equal 5.0000049", 0, "0\n"},
-        {"compare 10 lt 9 --type-a BSTR --type-b BSTR", 0, "1\n"},
-        {"compare 10 LittleThen 9 --type-a BSTR --type-b BSTR", 0, "0\n"},
-        {"compare 45002.5 == 45002.5 --type-a DATE", 0, "0\n"},
-        {"compare 0.4 OR abc", 0, "0\n"},
-        {"compare 1 '<=' 2 --json", 0,
-         "{\"type\":3,\"type_name\":\"VT_I4\",\"value\":\"1\",\"code\":0,\"code_name\":\"RC_OK\","
-         "\"a_type\":\"VT_I4\",\"b_type\":\"VT_I4\"}\n"},
-    };
-    ExpectGolden(cases);
-}
-
-TEST(ToolValues, Ddtype) {
-    const Golden cases[] = {
-        {"ddtype 1 4", 0, "VT_I4 (3)\n"},
-        {"ddtype 1 5", 0, "VT_I8 (20)\n"},
-        {"ddtype 1 0", 0, "VT_I1 (16)\n"},
         {"ddtype 13 8", 0, "VT_UI4 (19)\n"},
-        {"ddtype 2 8", 0, "VT_UI8 (21)\n"},
         {"ddtype 12 -7", 0, "VT_UI1|VT_ARRAY (8209)\n"},
-        {"ddtype 16 8", 0, "VTX_DURATION_MSF (101)\n"},
-        {"ddtype 27 4", 0, "VT_EMPTY (0)\n"},
-        {"ddtype 300 8", 0, "VTX_ISO_DATETIME (106)\n"},
         {"ddtype 3 4 --value 12,5", 0, "type:  VT_R4 (4)\nvalue: 12.5\ncode:  RC_OK (0)\n"},
         {"ddtype 1 1 --value 200", 1, "type:  VT_BSTR (8)\nvalue: 200\ncode:  RC_NOT_CONVERTIBLE (-2)\n"},
         {"ddtype 3 4 --json", 0,
@@ -121,18 +59,37 @@ TEST(ToolValues, Ddtype) {
     ExpectGolden(cases);
 }
 
+// Every spelling of an operation reaches its own operator.
+TEST(ToolValues, CalcAndCompare) {
+    const Golden cases[] = {
+        {"calc 2147483647 add 1", 0, "type:  VT_I8 (20)\nvalue: 2147483648\ncode:  RC_OK (0)\n"},
+        {"calc 3 - 5 --type-a UI1 --type-b UI1", 1, "type:  VT_UI8 (21)\nvalue: 0\ncode:  RC_NOT_CONVERTIBLE (-2)\n"},
+        {"calc 1.5 + 2 --type-a BSTR --type-b BSTR", 0, "type:  VT_BSTR (8)\nvalue: 3.5\ncode:  RC_OK (0)\n"},
+        {"calc 1 / 0", 1, "type:  VT_I4 (3)\nvalue: 0\ncode:  RC_NOT_CONVERTIBLE (-2)\n"},
+        {"calc 1 shl 33", 0, "type:  VT_I4 (3)\nvalue: 2\ncode:  RC_OK (0)\n"},
+        {"calc 4294967295 '&' 255 --type-a UI4", 0, "type:  VT_UI4 (19)\nvalue: 0\ncode:  RC_OK (0)\n"},
+        {"calc neg 1 --type-a UI1", 0, "type:  VT_UI1 (17)\nvalue: 255\ncode:  RC_OK (0)\n"},
+        {"calc '~' 0 --type-a I2", 0, "type:  VT_I2 (2)\nvalue: -1\ncode:  RC_OK (0)\n"},
+        {"calc inc 255 --type-a UI1", 0, "type:  VT_UI1 (17)\nvalue: 0\ncode:  RC_OK (0)\n"},
+        {"compare 5 == 5.0000049", 0, "1\n"},
+        {"compare 5 Equal 5.0000049", 0, "0\n"},
+        {"compare 10 lt 9 --type-a BSTR --type-b BSTR", 0, "1\n"},
+        {"compare 10 LittleThen 9 --type-a BSTR --type-b BSTR", 0, "0\n"},
+        {"compare 0.4 OR abc", 0, "0\n"},
+        {"compare 1 '<=' 2 --json", 0,
+         "{\"type\":3,\"type_name\":\"VT_I4\",\"value\":\"1\",\"code\":0,\"code_name\":\"RC_OK\","
+         "\"a_type\":\"VT_I4\",\"b_type\":\"VT_I4\"}\n"},
+    };
+    ExpectGolden(cases);
+}
+
 TEST(ToolValues, RecordAndHex) {
     const Golden cases[] = {
         {"record 258 --type I4", 0, "0a 00 00 00 03 00 02 01 00 00\n"},
-        {"record AB --type BSTR", 0, "0c 00 00 00 08 00 41 00 42 00 00 00\n"},
         {"record --type EMPTY", 0, "06 00 00 00 00 00\n"},
-        {"record true --type BOOL", 0, "08 00 00 00 0b 00 01 00\n"},
         {"record 2 --type VTX_ISO_DATETIME", 0, "0e 00 00 00 6a 00 00 00 00 00 00 00 00 40\n"},
         {"record --decode '0a 00 00 00 03 00 02 01 00 00'", 0,
          "type:   VT_I4 (3)\nvalue:  258\ncode:   RC_OK (0)\nlength: 10\n"},
-        {"record --decode 0c0000000800410042000000", 0,
-         "type:   VT_BSTR (8)\nvalue:  AB\ncode:   RC_OK (0)\nlength: 12\n"},
-        {"record 1 --type UI1_ARRAY", 1, ""},
         {"record --decode '0a 00 00 00 03 00 02 01 00'", 1,
          "type:   VT_EMPTY (0)\nvalue:\ncode:   RC_NOT_CONVERTIBLE (-2)\nlength: -2\n"},
         {"record 258 --type I4 --json", 0,
@@ -141,10 +98,7 @@ TEST(ToolValues, RecordAndHex) {
         {"record 1 --type UI1_ARRAY --json", 1,
          "{\"type\":8209,\"type_name\":\"VT_UI1|VT_ARRAY\",\"value\":\"0x01\",\"code\":-1,\"code_name\":"
          "\"RC_NOT_APPLICABLE\",\"record\":\"\"}\n"},
-        {"hex 1.0 --type R4", 0, "3f800000\n"},
         {"hex -2 --type I8", 0, "fffffffffffffffe\n"},
-        {"hex 4660 --type I2", 0, "1234\n"},
-        {"hex --decode 3ff0000000000000 --type R8", 0, "type:  VT_R8 (5)\nvalue: 1.0\ncode:  RC_OK (0)\n"},
         {"hex --decode C0490FDB --type R4", 0, "type:  VT_R4 (4)\nvalue: -3.141592741012573\ncode:  RC_OK (0)\n"},
         {"hex true --type BOOL", 1, ""},
         {"hex --decode 3f80000 --type R4", 1, "type:  VT_EMPTY (0)\nvalue:\ncode:  RC_NOT_CONVERTIBLE (-2)\n"},
