@@ -29,20 +29,16 @@ TEST(SafeArray, BoundsListMostSignificantFirstAndIndicesAreChecked) {
     SAFEARRAYBOUND bounds[2] = {{2, 10}, {3, 20}};  // B, then A
     SAFEARRAY* psa = SafeArrayCreate(VT_I4, 2, bounds);
     ASSERT_NE(psa, nullptr);
-    EXPECT_EQ(psa->rgsabound[0].cElements, 3u);
-    EXPECT_EQ(psa->rgsabound[0].lLbound, 20);
-    EXPECT_EQ(psa->rgsabound[1].cElements, 2u);
-    EXPECT_EQ(SafeArrayGetDim(psa), 2u);
-    EXPECT_EQ(SafeArrayGetElemsize(psa), 4u);
     LONG lb1 = 0, ub1 = 0, lb2 = 0;
     VARTYPE vt = 0;
-    EXPECT_EQ(SafeArrayGetLBound(psa, 1, &lb1), S_OK);
-    EXPECT_EQ(SafeArrayGetUBound(psa, 1, &ub1), S_OK);
-    EXPECT_EQ(SafeArrayGetLBound(psa, 2, &lb2), S_OK);
-    EXPECT_EQ(SafeArrayGetLBound(psa, 3, &lb2), DISP_E_BADINDEX);
-    EXPECT_EQ((std::array<LONG, 3>{lb1, ub1, lb2}), (std::array<LONG, 3>{10, 11, 20}));
-    EXPECT_EQ(SafeArrayGetVartype(psa, &vt), S_OK);
+    const HRESULT answers[] = {SafeArrayGetLBound(psa, 1, &lb1), SafeArrayGetUBound(psa, 1, &ub1),
+                               SafeArrayGetLBound(psa, 2, &lb2), SafeArrayGetVartype(psa, &vt)};
+    EXPECT_EQ((std::array<long, 8>{psa->rgsabound[0].cElements, psa->rgsabound[0].lLbound, psa->rgsabound[1].cElements,
+                                   lb1, ub1, lb2, SafeArrayGetDim(psa), SafeArrayGetElemsize(psa)}),
+              (std::array<long, 8>{3, 20, 2, 10, 11, 20, 2, 4}));
+    for (const HRESULT hr : answers) EXPECT_EQ(hr, S_OK);
     EXPECT_EQ(vt, VT_I4);
+    EXPECT_EQ(SafeArrayGetLBound(psa, 3, &lb2), DISP_E_BADINDEX);
     // Element (1, 1) of A (3 from 20) by B (2 from 10) lies at 1 + 1 * 3 in
     // the stand-ins, where A varies fastest; Windows varies its leftmost
     // dimension (B) fastest: 1 + 1 * 2.
@@ -59,8 +55,7 @@ TEST(SafeArray, BoundsListMostSignificantFirstAndIndicesAreChecked) {
 }
 
 TEST(SafeArray, RefusedElementTypesSizesAndFailedAllocations) {
-    for (VARTYPE vt : {VARTYPE(VT_EMPTY), VARTYPE(VT_NULL), VARTYPE(100), VARTYPE(103), VARTYPE(106),
-                       VARTYPE(VT_RECORD), VARTYPE(0x2003), VARTYPE(0xFFFF)})
+    for (VARTYPE vt : {VARTYPE(VT_EMPTY), VARTYPE(VT_RECORD), VARTYPE(VT_ARRAY | VT_I4)})
         EXPECT_EQ(SafeArrayCreateVector(vt, 0, 1), nullptr) << vt;
     SAFEARRAY* decimals = SafeArrayCreateVector(VT_DECIMAL, 0, 2);
     EXPECT_EQ(SafeArrayGetElemsize(decimals), 16u);
@@ -92,35 +87,30 @@ TEST(SafeArray, RefusedElementTypesSizesAndFailedAllocations) {
 }
 
 TEST(SafeArray, StringsVariantsAndInterfacesAreOwnedOncePerArray) {
-    SAFEARRAY* strings = SafeArrayCreateVector(VT_BSTR, 0, 2);
-    BSTR s = SysAllocString(OLESTR("hello"));
-    LONG one = 1;
-    EXPECT_EQ(SafeArrayPutElement(strings, &one, s), S_OK);
-    SysFreeString(s);  // the array holds its own copy
-    SAFEARRAY* copy = nullptr;
-    EXPECT_EQ(SafeArrayCopy(strings, &copy), S_OK);
-    SafeArrayDestroy(strings);  // the copy holds copies
-    BSTR out = nullptr;
-    EXPECT_EQ(SafeArrayGetElement(copy, &one, &out), S_OK);
-    EXPECT_EQ(Utf8(out), "hello");
-    SysFreeString(out);
-    SafeArrayDestroy(copy);
-
-    SAFEARRAY* variants = SafeArrayCreateVector(VT_VARIANT, 0, 1);
+    // Put copies in, the copy of the array copies again, Get hands out a copy:
+    // every text is freed once (the leak checker counts), each by its owner.
+    LONG zero = 0;
     VARIANT v;
     v.vt = VT_BSTR;
-    v.bstrVal = SysAllocString(OLESTR("x"));
-    LONG zero = 0;
-    EXPECT_EQ(SafeArrayPutElement(variants, &zero, &v), S_OK);
+    v.bstrVal = SysAllocString(OLESTR("hello"));
+    for (const VARTYPE vt : {VARTYPE(VT_BSTR), VARTYPE(VT_VARIANT)}) {
+        SAFEARRAY* psa = SafeArrayCreateVector(vt, 0, 2);
+        void* in = vt == VT_BSTR ? static_cast<void*>(v.bstrVal) : &v;
+        EXPECT_EQ(SafeArrayPutElement(psa, &zero, in), S_OK);
+        SAFEARRAY* copy = nullptr;
+        EXPECT_EQ(SafeArrayCopy(psa, &copy), S_OK);
+        SafeArrayDestroy(psa);
+        VARIANT out{};
+        EXPECT_EQ(SafeArrayGetElement(copy, &zero, vt == VT_BSTR ? static_cast<void*>(&out.bstrVal) : &out), S_OK);
+        EXPECT_NE(out.bstrVal, v.bstrVal);
+        EXPECT_EQ(Utf8(out.bstrVal), "hello") << vt;
+        SysFreeString(out.bstrVal);
+        SafeArrayDestroy(copy);
+    }
     VariantClear(&v);
-    EXPECT_EQ(SafeArrayGetElement(variants, &zero, &v), S_OK);
-    EXPECT_EQ(v.vt, VT_BSTR);
-    EXPECT_EQ(Utf8(v.bstrVal), "x");
-    VariantClear(&v);
-    SafeArrayDestroy(variants);
-
     CountingUnknown unknown;
     SAFEARRAY* interfaces = SafeArrayCreateVector(VT_UNKNOWN, 0, 1);
+    SAFEARRAY* copy = nullptr;
     SafeArrayPutElement(interfaces, &zero, static_cast<IUnknown*>(&unknown));
     SafeArrayCopy(interfaces, &copy);
     EXPECT_EQ(unknown.refs, 3u);
@@ -132,13 +122,12 @@ TEST(SafeArray, StringsVariantsAndInterfacesAreOwnedOncePerArray) {
 TEST(SafeArray, RedimResizesBoundAKeepsElementsAndRespectsLocks) {
     SAFEARRAYBOUND bounds[2] = {{2, 0}, {2, 0}};
     SAFEARRAY* psa = SafeArrayCreate(VT_BSTR, 2, bounds);
-    const OLECHAR* texts[2][2] = {{OLESTR("a"), OLESTR("b")}, {OLESTR("c"), OLESTR("d")}};  // [j][i]
-    for (LONG j = 0; j < 2; ++j)
-        for (LONG i = 0; i < 2; ++i) {
-            BSTR s = SysAllocString(texts[j][i]);
-            SafeArrayPutElement(psa, At(i, j).v, s);
-            SysFreeString(s);
-        }
+    for (LONG k = 0; k < 4; ++k) {  // (0, 0) "a", (1, 0) "b", (0, 1) "c", (1, 1) "d"
+        const OLECHAR text[] = {static_cast<OLECHAR>(OLESTR('a') + k), 0};
+        BSTR s = SysAllocString(text);
+        SafeArrayPutElement(psa, At(k % 2, k / 2).v, s);
+        SysFreeString(s);
+    }
     const auto element = [psa](LONG i, LONG j) {
         BSTR got = nullptr;
         const HRESULT hr = SafeArrayGetElement(psa, At(i, j).v, &got);

@@ -1,8 +1,8 @@
 // The strftime-style pattern renderer: every directive against the C
 // library's strftime in the "C" locale over many dates, the cases the two
 // treat differently, unusable patterns and the 255-character limit.
+#include "guarded.h"
 #include "platform/strftime.h"
-#include "support/test_support.h"
 
 #include <gtest/gtest.h>
 
@@ -14,21 +14,15 @@
 using varion::detail::FormatStatus;
 using varion::detail::FormatTime;
 using varion::detail::kTimeBufferSize;
+using varion::test::Guarded;
+using varion::test::Outcome;
 
 namespace {
 
-struct Outcome {
-    FormatStatus status;
-    std::string text;
-};
-
-// Renders into a buffer of `capacity` with guard units after it.
 Outcome Render(const std::string& pattern, const std::tm& t, std::size_t capacity = kTimeBufferSize) {
-    std::vector<OLECHAR> buffer(capacity + 4, OLECHAR(0xBEEF));
-    const auto result = FormatTime(OleString(pattern.begin(), pattern.end()), t, buffer.data(), capacity);
-    for (std::size_t i = capacity; i < buffer.size(); ++i)
-        EXPECT_EQ(buffer[i], OLECHAR(0xBEEF)) << "wrote beyond the capacity for " << pattern;
-    return {result.status, varion::test::Utf8(CString(OleStringView(buffer.data(), result.length)))};
+    return Guarded(capacity, pattern, [&](OLECHAR* out) {
+        return FormatTime(OleString(pattern.begin(), pattern.end()), t, out, capacity);
+    });
 }
 
 // The broken-down UTC time of a civil date (proleptic Gregorian) and a second of the day.
@@ -79,32 +73,27 @@ TEST(FormatTime, EveryDirectiveMatchesTheCLibraryInTheCLocale) {
     EXPECT_GT(dates.size(), 3500U);
 }
 
+// What the sweep above leaves out (%C, the zones, refused patterns), and one
+// row of names for a platform without the GNU oracle.
 TEST(FormatTime, TableOfPatternsAndUnusablePatterns) {
     const std::tm evening = At(2026, 11, 17, 20 * 3600 + 18 * 60 + 38);  // a Tuesday
-    const std::tm midnight = At(2026, 1, 1);                           // a Thursday
-    const std::tm noon = At(2027, 1, 3, 12 * 3600);                    // Sunday of ISO week 53 of 2026
-    std::tm early = midnight;
+    std::tm early = evening;
     early.tm_year = 105 - 1900;  // the year 105
-    const struct { const char* pattern; const std::tm* t; const char* expected; } cases[] = {
-        {"%d.%m.%Y", &evening, "17.11.2026"},              {"%Y-%m-%dT%H:%M:%S", &evening, "2026-11-17T20:18:38"},
-        {"%A, %d %B %Y", &evening, "Tuesday, 17 November 2026"}, {"%a %b %e", &midnight, "Thu Jan  1"},
-        {"%I:%M %p", &midnight, "12:00 AM"},              {"%I:%M %p", &noon, "12:00 PM"},
-        {"%r", &evening, "08:18:38 PM"},                  {"%c", &evening, "Tue Nov 17 20:18:38 2026"},
-        {"%x %X", &evening, "11/17/26 20:18:38"},         {"%j %U %W %V %G %g %u %w", &noon, "003 01 00 53 2026 26 7 0"},
-        {"%C %y", &evening, "20 26"},                     {"%C %y %Y", &early, "01 05 105"},
-        {"%z%Z", &evening, ""},                           {"100%% at %H", &evening, "100% at 20"},
-        {"no directive", &evening, "no directive"},       {"", &evening, ""},
+    constexpr auto kOk = FormatStatus::Ok, kBad = FormatStatus::Malformed;
+    const struct { const char* pattern; const std::tm* t; const char* expected; FormatStatus status = kOk; } cases[] = {
+        {"%A %c", &evening, "Tuesday Tue Nov 17 20:18:38 2026"}, {"%C %y", &evening, "20 26"},
+        {"%C %y %Y", &early, "01 05 105"},  {"%z%Z", &evening, ""}, {"100%% at %H", &evening, "100% at 20"},
+        // Unknown directives, modifiers on directives they do not take, the C
+        // library's extensions and a pattern ending in "%".
+        {"%Q", &evening, "", kBad},   {"abc%", &evening, "", kBad}, {"%E", &evening, "", kBad},
+        {"%Ed", &evening, "", kBad},  {"%O", &evening, "", kBad},   {"%OY", &evening, "", kBad},
+        {"%-d", &evening, "", kBad},  {"%10Y", &evening, "", kBad}, {"%s", &evening, "", kBad},
+        {"%d %q", &evening, "", kBad},
     };
     for (const auto& c : cases) {
         const Outcome got = Render(c.pattern, *c.t);
-        EXPECT_EQ(got.status, FormatStatus::Ok) << c.pattern;
+        EXPECT_EQ(got.status, c.status) << c.pattern;
         EXPECT_EQ(got.text, c.expected) << c.pattern;
-    }
-    for (const char* pattern : {"%Q", "%", "abc%", "%E", "%Ek", "%Ed", "%O", "%OY", "%-d", "%_d", "%10Y", "%#d",
-                                "%+Y", "%s", "%k", "%l", "%P", "%L", "%d %q"}) {
-        const Outcome got = Render(pattern, evening);
-        EXPECT_EQ(got.status, FormatStatus::Malformed) << pattern;
-        EXPECT_EQ(got.text, "") << pattern;
     }
     const OLECHAR nul[] = {'%', 'd', 0, '%', 'Q'};  // the pattern ends at its first NUL
     OLECHAR out[kTimeBufferSize];
@@ -118,8 +107,7 @@ TEST(FormatTime, TwoHundredFiftyFiveCharactersFitAndOneMoreDoesNot) {
     for (int i = 0; i < 31; ++i) c31 += "%c|";
     const struct { std::string pattern; std::size_t length; } limits[] = {
         {std::string(255, 'x'), 255},        {std::string(256, 'x'), 256},
-        {std::string(248, 'x') + "%A", 255}, {std::string(249, 'x') + "%A", 256},
-        {std::string(253, 'x') + "%%%%", 255}, {c31, 31 * 25},
+        {std::string(248, 'x') + "%A", 255}, {std::string(249, 'x') + "%A", 256}, {c31, 31 * 25},
     };
     for (const auto& l : limits) {
         const Outcome got = Render(l.pattern, t);

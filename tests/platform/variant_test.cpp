@@ -6,27 +6,28 @@
 #include <gtest/gtest.h>
 
 using varion::test::CountingUnknown;
+using varion::test::Utf8;
 
 TEST(Variant, ClearReleasesWhatItOwnsAndRefusesCodesItCannotHold) {
-    VARIANT v;
-    VariantInit(&v);
-    EXPECT_EQ(v.vt, VT_EMPTY);
     CountingUnknown unknown;
-    unknown.AddRef();  // the reference the variant owns
-    v.vt = VT_BSTR;
-    v.bstrVal = SysAllocString(OLESTR("x"));  // leaks if not freed
-    EXPECT_EQ(VariantClear(&v), S_OK);
-    v.vt = VT_ARRAY | VT_I4;
-    v.parray = SafeArrayCreateVector(VT_I4, 0, 3);
-    EXPECT_EQ(VariantClear(&v), S_OK);
-    v.vt = VT_UNKNOWN;
-    v.punkVal = &unknown;
-    EXPECT_EQ(VariantClear(&v), S_OK);
-    EXPECT_EQ(v.vt, VT_EMPTY);
+    unknown.AddRef();  // the reference the last variant owns
+    VARIANT owners[3] = {};
+    owners[0].vt = VT_BSTR;
+    owners[0].bstrVal = SysAllocString(OLESTR("x"));  // leaks if not freed
+    owners[1].vt = VT_ARRAY | VT_I4;
+    owners[1].parray = SafeArrayCreateVector(VT_I4, 0, 3);
+    owners[2].vt = VT_UNKNOWN;
+    owners[2].punkVal = &unknown;
+    for (VARIANT& v : owners) {
+        EXPECT_EQ(VariantClear(&v), S_OK);
+        EXPECT_EQ(v.vt, VT_EMPTY);
+    }
     EXPECT_EQ(unknown.refs, 1u);
     VARION_STANDIN_ONLY(EXPECT_EQ(VariantClear(nullptr), E_INVALIDARG));
-    for (VARTYPE vt : {VARTYPE(15), VARTYPE(VT_VOID), VARTYPE(100), VARTYPE(106), VARTYPE(VT_VECTOR | VT_I4),
-                       VARTYPE(VT_ARRAY | VT_EMPTY), VARTYPE(VT_BYREF | VT_NULL)}) {
+    // 15, the first code past the base types, a vector, and flags on VT_EMPTY or VT_NULL.
+    for (VARTYPE vt : {VARTYPE(15), VARTYPE(VT_VOID), VARTYPE(VT_VECTOR | VT_I4), VARTYPE(VT_ARRAY | VT_EMPTY),
+                       VARTYPE(VT_BYREF | VT_NULL)}) {
+        VARIANT v;
         v.vt = vt;
         EXPECT_EQ(VariantClear(&v), DISP_E_BADVARTYPE) << vt;
         EXPECT_EQ(v.vt, vt);
@@ -40,30 +41,21 @@ TEST(Variant, CopyDuplicatesAndReleasesTheOldDestination) {
     dst.bstrVal = SysAllocString(OLESTR("old"));  // leaks if the copy does not release it
     EXPECT_EQ(VariantCopy(&dst, &src), S_OK);
     EXPECT_NE(dst.bstrVal, src.bstrVal);
-    EXPECT_EQ(varion::test::Utf8(dst.bstrVal), "abc");
-    VariantClear(&dst);
+    EXPECT_EQ(Utf8(dst.bstrVal), "abc");
     VariantClear(&src);
-    src.vt = VT_R8;
-    src.dblVal = 2.5;
-    EXPECT_EQ(VariantCopy(&dst, &src), S_OK);
-    EXPECT_EQ(dst.dblVal, 2.5);
     src.vt = 100;
     EXPECT_EQ(VariantCopy(&dst, &src), DISP_E_BADVARTYPE);
+    EXPECT_EQ(Utf8(dst.bstrVal), "abc");  // a refused copy leaves the destination alone
+    VariantClear(&dst);
 }
 
 TEST(Variant, CopyIndResolvesOneLevelOfReference) {
     LONG target = 42;
     BSTR text = SysAllocString(OLESTR("ref"));
-    VARIANT inner;
+    VARIANT inner, ref, dst;
     inner.vt = VT_R4;
     inner.fltVal = 1.5f;
-    VARIANT ref, dst;
     VariantInit(&dst);
-    ref.vt = VT_BYREF | VT_I4;
-    ref.plVal = &target;
-    ASSERT_EQ(VariantCopyInd(&dst, &ref), S_OK);
-    EXPECT_EQ(dst.vt, VT_I4);
-    EXPECT_EQ(dst.lVal, 42);
     ref.vt = VT_BYREF | VT_BSTR;
     ref.pbstrVal = &text;
     ASSERT_EQ(VariantCopyInd(&dst, &ref), S_OK);
