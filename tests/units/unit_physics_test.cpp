@@ -38,11 +38,9 @@ const Check kChecks[] = {
     // Pressure, HART (psi is held rounded there)
     {"1 bar in psi, HART",         1,    7,    6, 14.503773773,              kPinned},
     {"1 psi in kPa, HART",         1,    6,   12, 6.894757293168,            kPinned},
-    {"1 inH2O (4 °C) in mmH2O (4 °C)", 1, 238, 239, 25.4,                    kExact},
     {"1 mH2O (4 °C) in Pa",        1, 16811, 11, 9806.38,                    kMeasured},
     // Length, area, volume, mass, flows
     {"1 mile in km",               1, 1021, 1011, 1.609344,                  kExact},
-    {"1 US gal in L",              1, 1048, 1038, 3.785411784,               kExact},
     {"1 lb in kg",                 1, 1094, 1088, kPound,                    kExact},
     {"1 kg/s in lb/h, HART",       1,   73,   82, 3600 / kPound,             kExact},
     {"1 US gal/min in m³/h",       1, 1363, 1349, kGallon * 60,              kExact},
