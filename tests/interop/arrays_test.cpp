@@ -29,12 +29,7 @@ std::vector<T> Read(const CVarion& v) {
 }  // namespace
 
 TEST(ArrayConstructor, ShapesFixednessAndRefusals) {
-    const struct {
-        long count1, count2;
-        unsigned dims;
-        unsigned long count;
-        bool fixed;
-    } cases[] = {
+    const struct { long count1, count2; unsigned dims; unsigned long count; bool fixed; } cases[] = {
         {5, 0, 1, 5, true}, {-1, 0, 1, 0, false}, {0, 0, 1, 0, false}, {0, 7, 1, 0, false},
         {3, 4, 2, 4, true}, {6, -3, 1, 6, true},
     };

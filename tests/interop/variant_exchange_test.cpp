@@ -231,11 +231,7 @@ TEST(VariantExchange, ValueHandedItsOwnVariant) {
 // Durations and ISO date-times are held as they come but have no VARIANT
 // code: they leave as their text; 102 and 103 leave under their own codes.
 TEST(VariantExchange, OwnCodes) {
-    const struct {
-        VARTYPE vt;
-        double days;
-        const char* text;
-    } cases[] = {
+    const struct { VARTYPE vt; double days; const char* text; } cases[] = {
         {VTX_DURATION, 1.5, "1 12:00:00"},
         {VTX_ISO_DATETIME, 45000.5, "2023-03-15T12:00:00"},
         {VTX_DATETIME, 2.0, nullptr},

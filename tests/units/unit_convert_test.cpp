@@ -14,11 +14,7 @@ using varion::test::AllocationCount;
 using varion::test::Bytes;
 
 TEST(UnitConvert, BadCallsLeaveTheResultUntouched) {
-    const struct {
-        CVarion source;
-        short from, to;
-        bool nullResult;
-    } cases[] = {
+    const struct { CVarion source; short from, to; bool nullResult; } cases[] = {
         {CVarion(), 1010, 1013, false}, {CVarion(2.5), 1010, 1013, true}, {CVarion(2.5), -1, 1013, false},
         {CVarion(2.5), -1, -1, false},  {CVarion(2.5), -1, 0, false},
     };
@@ -33,11 +29,7 @@ TEST(UnitConvert, BadCallsLeaveTheResultUntouched) {
 // Exits before both codes are found hand the unconverted number on as VT_R8;
 // mismatches after that keep it in the source's type.
 TEST(UnitConvert, UnconvertedResults) {
-    const struct {
-        short from, to;
-        long code;
-        VARTYPE type;
-    } cases[] = {
+    const struct { short from, to; long code; VARTYPE type; } cases[] = {
         // the same code, known or not; no target; unknown codes
         {11, 11, RC_OK, VT_R8}, {9999, 9999, RC_OK, VT_R8}, {1010, 0, RC_UNIT_NO_TARGET, VT_R8},
         {11, 9999, RC_UNIT_NOT_CONVERTIBLE, VT_R8}, {-5, 11, RC_UNIT_NOT_CONVERTIBLE, VT_R8},
@@ -55,12 +47,7 @@ TEST(UnitConvert, UnconvertedResults) {
 
 TEST(UnitConvert, ConvertsIntoTheSourceType) {
     CVarion self(2.5);  // the result may be the source itself
-    const struct {
-        CVarion source;
-        short from, to;
-        VARTYPE type;
-        double value;
-    } cases[] = {
+    const struct { CVarion source; short from, to; VARTYPE type; double value; } cases[] = {
         {CVarion(int(20)), 32, 35, VT_I4, 293.0},  // 293.15 rounded
         {CVarion(short(-3)), 1011, 1010, VT_I2, -3000.0},
         {CVarion(float(12.5f)), 1137, 1130, VT_R4, 1250000.0},
