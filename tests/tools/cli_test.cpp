@@ -64,8 +64,7 @@ TEST(Tool, UsageErrorsAreOneLineNamingTheArgument) {
     for (const auto& [arguments, message] : cases) {
         SCOPED_TRACE(arguments);
         const auto run = Varion(arguments);
-        EXPECT_EQ(run.status, 2);
-        EXPECT_EQ(run.out, "");
+        EXPECT_TRUE(run.status == 2 && run.out.empty()) << run.status;
         EXPECT_EQ(run.err, std::string("varion: ") + message + "\n");
     }
     // A control character in the argument stays out of the line; a long one is shortened.
@@ -85,9 +84,8 @@ TEST(Tool, OptionSpellings) {
     };
     for (const auto& [arguments, out] : cases) EXPECT_EQ(Varion(arguments).out, out) << arguments;
     const auto version = Varion("--version");
-    EXPECT_EQ(version.status, 0);
-    EXPECT_EQ(version.out.rfind("varion ", 0), 0u);
-    EXPECT_EQ(Lines(version.out).size(), 1u);
+    EXPECT_TRUE(version.status == 0 && version.out.rfind("varion ", 0) == 0 && Lines(version.out).size() == 1u)
+        << version.out;
 }
 
 TEST(Tool, JsonEscapesTextsAndRepairsBrokenUtf8) {
