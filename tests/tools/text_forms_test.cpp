@@ -20,12 +20,6 @@ TEST(ToolTextForms, DateAndDuration) {
          "text:      17.11.2026 20:18:38,250\niso:       2026-11-17T20:18:38.25\n"
          "iso zone:  2026-11-17T20:18:38+01:00\n",
          kCet},
-        // Before 1899-12-30 the millisecond reads back negative.
-        {"date 1899-12-29T05:59:59.5 --iso", 0,
-         "type:      VTX_ISO_DATETIME (106)\nvalue:     1899-12-29T05:59:59\ncode:      RC_OK (0)\n"
-         "day count: -1.2499826388888888\ndate:      1899-12-29 (Friday)\ntime:      05:59:59, millisecond -500\n"
-         "text:      12/29/1899 05:59:59\niso:       1899-12-29T05:59:59\n"
-         "iso zone:  1899-12-29T05:59:58\n"},
         {"date 2026-11-17T20:18:38.25 --iso --json", 0,
          "{\"type\":106,\"type_name\":\"VTX_ISO_DATETIME\",\"value\":\"2026-11-17T20:18:38.25\",\"code\":0,"
          "\"code_name\":\"RC_OK\",\"day_count\":46343.846276041666,\"year\":2026,\"month\":11,\"day\":17,"
@@ -49,8 +43,6 @@ TEST(ToolTextForms, DateAndDuration) {
          "\"day_count\":0.0010474537037037037,\"days\":0,\"hours\":0,\"minutes\":1,\"seconds\":30,"
          "\"milliseconds\":500,\"fractions\":0,\"total_milliseconds\":90500,\"total_fractions\":2896000,"
          "\"text\":\"00:01:30.500\",\"iso\":\"PT90.5S\"}\n"},
-        {"duration 12", 1, "type:  VT_BSTR (8)\nvalue: 12\ncode:  RC_NOT_CONVERTIBLE (-2)\n"},
-        {"duration P1D --iso", 1, "type:  VT_BSTR (8)\nvalue: P1D\ncode:  RC_NOT_CONVERTIBLE (-2)\n"},
     };
     ExpectGolden(cases);
     // The local form follows the user locale: en-US reads and writes month first.

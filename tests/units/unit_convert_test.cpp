@@ -14,11 +14,7 @@ using varion::test::AllocationCount;
 using varion::test::Bytes;
 
 TEST(UnitConvert, BadCallsLeaveTheResultUntouched) {
-    const struct {
-        CVarion source;
-        short from, to;
-        bool nullResult;
-    } cases[] = {
+    const struct { CVarion source; short from, to; bool nullResult; } cases[] = {
         {CVarion(), 1010, 1013, false}, {CVarion(2.5), 1010, 1013, true}, {CVarion(2.5), -1, 1013, false},
         {CVarion(2.5), -1, -1, false},  {CVarion(2.5), -1, 0, false},
     };
@@ -33,24 +29,13 @@ TEST(UnitConvert, BadCallsLeaveTheResultUntouched) {
 // Exits before both codes are found hand the unconverted number on as VT_R8;
 // mismatches after that keep it in the source's type.
 TEST(UnitConvert, UnconvertedResults) {
-    const struct {
-        short from, to;
-        long code;
-        VARTYPE type;
-    } cases[] = {
-        // the same code, known or not; no target
-        {11, 11, RC_OK, VT_R8}, {9999, 9999, RC_OK, VT_R8},
-        {1010, 0, RC_UNIT_NO_TARGET, VT_R8}, {9999, 0, RC_UNIT_NO_TARGET, VT_R8},
-        // unknown codes: in the gaps between and in blocks, negative, above the last code
-        {11, 9999, RC_UNIT_NOT_CONVERTIBLE, VT_R8}, {256, 1010, RC_UNIT_NOT_CONVERTIBLE, VT_R8},
-        {1521, 1010, RC_UNIT_NOT_CONVERTIBLE, VT_R8}, {-5, 11, RC_UNIT_NOT_CONVERTIBLE, VT_R8},
-        {11, 23210, RC_UNIT_NOT_CONVERTIBLE, VT_R8},
-        // HART to fieldbus (bar, Celsius), pressure to length, mirror temperatures without a formula,
-        // specific gravity to density, standard to normal volume
-        {7, 1137, RC_UNIT_NOT_CONVERTIBLE, VT_I4}, {32, 1001, RC_UNIT_NOT_CONVERTIBLE, VT_I4},
-        {7, 45, RC_UNIT_NOT_CONVERTIBLE, VT_I4}, {16416, 32, RC_UNIT_NOT_CONVERTIBLE, VT_I4},
-        {1001, 16417, RC_UNIT_NOT_CONVERTIBLE, VT_I4}, {90, 92, RC_UNIT_NOT_CONVERTIBLE, VT_I4},
-        {168, 166, RC_UNIT_NOT_CONVERTIBLE, VT_I4},
+    const struct { short from, to; long code; VARTYPE type; } cases[] = {
+        // the same code, known or not; no target; unknown codes
+        {11, 11, RC_OK, VT_R8}, {9999, 9999, RC_OK, VT_R8}, {1010, 0, RC_UNIT_NO_TARGET, VT_R8},
+        {11, 9999, RC_UNIT_NOT_CONVERTIBLE, VT_R8}, {-5, 11, RC_UNIT_NOT_CONVERTIBLE, VT_R8},
+        // HART to fieldbus, pressure to length, a mirror temperature without a formula, two groups of one kind
+        {7, 1137, RC_UNIT_NOT_CONVERTIBLE, VT_I4}, {7, 45, RC_UNIT_NOT_CONVERTIBLE, VT_I4},
+        {16416, 32, RC_UNIT_NOT_CONVERTIBLE, VT_I4}, {90, 92, RC_UNIT_NOT_CONVERTIBLE, VT_I4},
     };
     for (const auto& c : cases) {
         CVarion result(CString("previous"));  // owned content is released (leak-checked)
@@ -61,23 +46,14 @@ TEST(UnitConvert, UnconvertedResults) {
 }
 
 TEST(UnitConvert, ConvertsIntoTheSourceType) {
-    const double inf = std::numeric_limits<double>::infinity();
     CVarion self(2.5);  // the result may be the source itself
-    const struct {
-        CVarion source;
-        short from, to;
-        VARTYPE type;
-        double value;
-    } cases[] = {
+    const struct { CVarion source; short from, to; VARTYPE type; double value; } cases[] = {
         {CVarion(int(20)), 32, 35, VT_I4, 293.0},  // 293.15 rounded
-        {CVarion(int(100)), 33, 32, VT_I4, 38.0},  // 37.78 rounded
         {CVarion(short(-3)), 1011, 1010, VT_I2, -3000.0},
         {CVarion(float(12.5f)), 1137, 1130, VT_R4, 1250000.0},
-        {CVarion(ULONGLONG(3)), 1060, 1054, VT_UI8, 259200.0},
         // 200 °C is 473.15 K, which a VT_UI1 cannot hold: the result stays VT_R8.
         {CVarion(static_cast<unsigned char>(200)), 32, 35, VT_R8, 473.15},
         {CVarion(VT_I4, 3, 0), 1010, 1013, VT_R8, 0.0},  // no number reads as 0; an array cannot take it back
-        {CVarion(inf), 1010, 1013, VT_R8, inf},
         {CVarion(std::numeric_limits<double>::quiet_NaN()), 32, 33, VT_R8, std::numeric_limits<double>::quiet_NaN()},
     };
     for (const auto& c : cases) {
@@ -88,8 +64,7 @@ TEST(UnitConvert, ConvertsIntoTheSourceType) {
         EXPECT_TRUE(got == c.value || std::abs(got - c.value) < 1e-9 || (std::isnan(got) && std::isnan(c.value)))
             << c.from << " -> " << c.to << ": " << got;
     }
-    EXPECT_EQ(self.UnitConvert(1010, 1013, &self), RC_OK);
-    EXPECT_EQ(static_cast<double>(self), 2500.0);
+    EXPECT_TRUE(self.UnitConvert(1010, 1013, &self) == RC_OK && static_cast<double>(self) == 2500.0);
 }
 
 // Fixed points of the four scales, in order kelvin, Celsius, Fahrenheit, Rankine.
@@ -132,10 +107,8 @@ TEST(UnitConvert, FactorsMustBeAboveZero) {
 }
 
 TEST(UnitConvert, AllocatesNothing) {
-    const CVarion sources[] = {CVarion(2.5), CVarion(int(20)), CVarion(float(1.5f)), CVarion(short(-7)),
-                               CVarion(ULONGLONG(9))};
-    const short pairs[][2] = {{1010, 1013}, {32, 33}, {1001, 1003}, {7, 1137}, {11, 9999},
-                              {11, 0},      {11, 11}, {16641, 6},   {1363, 1349}, {16416, 32}};
+    const CVarion sources[] = {CVarion(2.5), CVarion(int(20)), CVarion(float(1.5f))};
+    const short pairs[][2] = {{1010, 1013}, {32, 33}, {7, 1137}, {11, 9999}, {11, 0}, {11, 11}, {16416, 32}};
     CVarion result(1.0);
     const long before = AllocationCount();
     long sum = 0;
