@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -96,14 +97,12 @@ TEST(Record, EveryScalarType) {
         }
         const Record r = Write(original);
         for (bool bounded : {true, false}) {
-            SCOPED_TRACE(::testing::Message() << c.vt << (bounded ? " bounded" : " unbounded"));
             CVarion restored(OLESTR("previous string"));
-            EXPECT_EQ(Read(restored, r, bounded), c.len);
-            EXPECT_EQ(restored.GetType(), c.vt);
+            const long len = Read(restored, r, bounded);
             std::uint64_t got = 0;
             std::memcpy(&got, &Access::Var(restored).llVal, static_cast<std::size_t>(c.size));
-            EXPECT_EQ(got, c.bits);
-            EXPECT_EQ(Write(restored), r);
+            EXPECT_EQ(std::make_tuple(len, restored.GetType(), got, Write(restored)), std::make_tuple(c.len, c.vt, c.bits, r))
+                << c.vt << (bounded ? " bounded" : " unbounded");
         }
     }
     EXPECT_EQ(CVarion(1).GetTypeValue(nullptr), -1);
@@ -123,8 +122,7 @@ TEST(Record, LengthAndSizeOfArraysAndStrings) {
     };
     for (const Case& c : cases) {
         char buffer[64] = {};
-        EXPECT_EQ(c.value.GetLen(), c.len) << c.value.GetType();
-        EXPECT_EQ(c.value.SizeOf(), c.size) << c.value.GetType();
+        EXPECT_EQ(std::make_pair(c.value.GetLen(), c.value.SizeOf()), std::make_pair(c.len, c.size)) << c.value.GetType();
         if (c.value.isArray()) { EXPECT_EQ(c.value.GetTypeValue(buffer), -1); }
     }
 }
