@@ -58,7 +58,8 @@ TEST(Compare, RelationalOperators) {
         {CVarion(-5), CVarion(-5.0000049), "101111"},  // a negative b gives a positive tolerance
         {CVarion(5.0), CVarion(5.0000049), "011100"},  // double class: absolute 2^-52
         {CVarion(1e-17), CVarion(0.0), "100011"},  // equal within 2^-52, yet ordered exactly
-        {CVarion(), CVarion(), "101111"},                   {CVarion(0), CVarion(), "010000"},
+        {CVarion(), CVarion(), "101111"},
+        {CVarion(), CVarion(0), "010000"},                  {CVarion(0), CVarion(), "010000"},
         {CVarion(true), CVarion(1), "100101"},              {CVarion(true), CVarion(2), "011100"},
         {CVarion(kNaN), CVarion(kNaN), "100000"},
         {CVarion(~0ULL), CVarion(-1LL), "010011"},  // the tolerant class reads 1.8e19 against -1
@@ -67,6 +68,7 @@ TEST(Compare, RelationalOperators) {
         {CVarion(1.5f), CVarion(1.5f), "100101"},
         // Dates and durations meet only their own kind.
         {WithType(VT_DATE, 45002.5), CVarion(45002.5), "010000"},
+        {CVarion(45002.5), WithType(VT_DATE, 45002.5), "010000"},
         {WithType(VT_DATE, 45002.5), WithType(VTX_DATETIME, 45002.5), "100101"},
         {WithType(VT_DATE, 45002.5), WithType(VTX_ISO_DATETIME, 45003.0), "011100"},
         {WithType(VT_DATE, 45002.5), WithType(VTX_DURATION, 45002.5), "010000"},
