@@ -81,7 +81,6 @@ TEST(Fields, Constructors) {
         {CVarion(67562, 11, 17, 0, 0, 0, 0, VT_DATE), VT_DATE, 46343.0},  // fields are taken by their low 16 bits
         {CVarion(0, 0, 0, 0, 1, 16, VT_R8), VTX_DURATION_MSF, 1.5 * kMs},
         {CVarion(1, 12, 0, 0, 0, 0, VTX_DURATION), VTX_DURATION, 1.5},
-        {CVarion(0, -1, 0, 0, 0, 0, VTX_DURATION), VTX_DURATION, -1.0 / 24},
         {CVarion(0, 0, 0, 0, 0, 2764800, VT_DATE), VTX_DURATION_MSF, 0.001},
         {CVarion(1, -24, 0, 0, 0, 0, 0), VTX_DURATION_MSF, 0.0},
     };
