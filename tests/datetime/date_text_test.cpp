@@ -217,8 +217,7 @@ TEST(Iso8601String, TextsAndOtherTypes) {
     ScopedEnv tz("TZ", "CET-1");
     struct Row { CVarion value; const char* text; };
     const Row rows[] = {
-        {CVarion("11/17/2026 8:18:38 PM"), "2026-11-17T20:18:38"}, {CVarion("1. März 2026"), "2026-03-01"},
-        {CVarion("17/11/2026 20:18:38"), "2026-11-17T20:18:38"},  // only the German attempt reads it
+        {CVarion("11/17/2026 8:18:38 PM"), "2026-11-17T20:18:38"}, {CVarion("1. März 2026"), "2026-03-01"},  // only the German attempt reads it
         {CVarion("no date"), ""}, {CVarion(46343.5), ""}, {CVarion(2026, 11, 17, 20, 18, 38, 0, VTX_DATETIME), ""},
     };
     for (const Row& r : rows) EXPECT_EQ(Utf8(r.value.GetISO8601DateTimeString(false)), r.text);
