@@ -50,7 +50,6 @@ TEST(Fields, AccessorsByTypeCode) {
         {VTX_DURATION_MSF, -1.0 / 86400 - 1.5 * kMs, {-1, -1, -1, 0, 0, 0, -1, -1, -1001, -16, -32048}},
         {VTX_DURATION, 0.99999999999, {-1, -1, -1, 0, 0, 0, 0, 0, 86400000, -1, -1}},  // no offset on days
         {VTX_DURATION, 0.9999 * kMs, {-1, -1, -1, 0, 0, 0, 0, 1, 1, -1, -1}},
-        {VTX_DURATION_MSF, DurationFromFields(0, 0, 0, 0, 1, 16), {-1, -1, -1, 0, 0, 0, 0, 1, 1, 16, 48}},
         {VTX_DURATION_MSF, DurationFromFields(2, 3, 4, 5, 6, 7), {-1, -1, -1, 2, 3, 4, 5, 6, 183845006, 7, 5883040199}},
         {VTX_DURATION_MSF, -DurationFromFields(2, 3, 4, 5, 6, 7), {-1, -1, -1, -2, -3, -4, -5, -6, -183845006, -7, -5883040199}},
         {VTX_DURATION_MSF, DurationFromFields(0, 23, 59, 59, 999, 32), {-1, -1, -1, 1, 0, 0, 0, 0, 86400000, 0, 2764800000}},
