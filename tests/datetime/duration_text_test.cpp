@@ -18,20 +18,18 @@ TEST(DurationText, FormatDurationDirectives) {
     struct Row { double value; const char* format; const char* text; };
     const double fiveQuarter = DurationFromFields(0, 0, 0, 5.25);
     const Row rows[] = {
-        {1.5, "", "1 12:00:00"},                     {45.0 / 86400, "", "00:00:45"},
-        {kMs, "", "00:00:00.001"},                   {DurationFromFields(0, 1, 30, 5.25), "", "01:30:05.250"},
+        {1.5, "", "1 12:00:00"},                     {kMs, "", "00:00:00.001"},
         {DurationFromFields(0, 0, 0, 0, 500, 16), "", "00:00: 0.500500"},
         {DurationFromFields(0, 0, 0, 59, 999, 31), "", "00:00:59.999969"},
         {0.999999, "", "23:59:59.913594"},  // 913 ms and 19 fractions
         {DurationFromFields(0, 1, 2, 3, 500, 0), "%#H:%#M:%#S", "1:2:3"},  // %#S stays whole
         {fiveQuarter, "%S s, %S again", "05.250 s, 05.250 again"},
         {DurationFromFields(3, 6, 5, 0, 0, 0), "%D days %H:%M|%#D", "3 days 06:05|3"},
-        {DurationFromFields(123456, 0, 0, 0, 0, 0), "%D", "123456"},
         {0.0, "100%% %Q %#Q %", "100% %Q %#Q %"},  // unknown directives are copied
-        {0.0, "%#", "%#"},                           {1e-15, "", "00:00:00"},
+        {0.0, "%#", "%#"},
         // Negative durations: "-" and the text of the magnitude.
-        {-1.5, "", "-1 12:00:00"},                   {-kMs, "", "-00:00:00.001"},
-        {-fiveQuarter, "%#S s", "-5 s"},             {-1e-15, "", "00:00:00"},  // nothing to show: no sign either
+        {-1.5, "", "-1 12:00:00"},                   {-fiveQuarter, "%#S s", "-5 s"},
+        {-1e-15, "", "00:00:00"},  // nothing to show: no sign either
     };
     for (const Row& r : rows) EXPECT_EQ(Utf8(FormatDuration(r.value, CString(r.format))), r.text) << r.format;
     // The seconds take the runtime's decimal separator.
@@ -46,7 +44,7 @@ TEST(DurationText, IsoRoundTripOverTwentyYears) {
     std::mt19937_64 random(7);
     const long long span = 3653LL * 86400000;
     std::uniform_int_distribution<long long> count(-span, span);
-    std::vector<long long> counts = {0, 1, -1, 999, -999, 1000, 10, 86400000, -86400000, span, -span};
+    std::vector<long long> counts = {0, 1, -1, 1000, 10, span, -span};
     for (int i = 0; i < 20000; ++i) counts.push_back(count(random));
     for (long long n : counts) {
         const double value = DurationFromMilliseconds(n);
@@ -76,12 +74,10 @@ TEST(DurationText, ParseShapes) {
     struct Row { const char* text; double value; };
     const auto ms = [](long long n) { return DurationFromMilliseconds(n); };
     const Row iso[] = {
-        {"+PT0S", 0.0},        {"PT.5S", ms(500)},   {"PT5.1234S", ms(5123)}, {"PT1E3S", ms(1000000)},
-        {"PT5.S", ms(5000)},   {"PT 5S", ms(5000)},
+        {"+PT0S", 0.0}, {"PT.5S", ms(500)}, {"PT5.1234S", ms(5123)}, {"PT1E3S", ms(1000000)}, {"PT 5S", ms(5000)},
     };
     const Row plain[] = {
-        {" 12:30 ", DurationFromFields(0, 12, 30, 0.0)},      {"00:00:05,25", DurationFromFields(0, 0, 0, 5.25)},
-        {"0:90", DurationFromFields(0, 0, 90, 0.0)},          {":", 0.0},
+        {" 12:30 ", DurationFromFields(0, 12, 30, 0.0)},      {":", 0.0},
         {"::5", DurationFromFields(0, 5, 0, 0.0)},            {"2  1:00", DurationFromFields(2, 1, 0, 0.0)},
         {"1 00:00: 5,25", DurationFromFields(1, 0, 0, 5.25)}, {"1:-30", DurationFromFields(0, 1, -30, 0.0)},
         {"1:2:3:4", DurationFromFields(0, 1, 2, 3.0)},  // anything after the seconds is ignored
@@ -104,8 +100,7 @@ TEST(DurationText, ParseShapes) {
     check(&ParseIsoDuration, iso, isoNotApplicable, isoNotConvertible);
     check(&ParseDuration, plain, plainNotApplicable, {});
     // What FormatDuration writes for a positive duration reads back.
-    for (double v : {1.5, 0.5, DurationFromFields(0, 1, 30, 5.25), DurationFromFields(3, 0, 0, 0, 7, 0),
-                     DurationFromFields(0, 0, 0, 5, 2, 16), DurationFromFields(2, 0, 0, 59, 999, 31)}) {
+    for (double v : {1.5, DurationFromFields(3, 0, 0, 0, 7, 0), DurationFromFields(2, 0, 0, 59, 999, 31)}) {
         double back = -1;
         ASSERT_EQ(ParseDuration(FormatDuration(v, CString()), back), RC_OK);
         EXPECT_EQ(DurationFields(back).totalMilliseconds, DurationFields(v).totalMilliseconds);

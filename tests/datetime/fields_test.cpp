@@ -41,27 +41,19 @@ TEST(Fields, AccessorsByTypeCode) {
     const double late = Date(2026, 11, 16, 23, 59, 59, 750);
     const Row rows[] = {
         {VT_DATE, 0.0, {1899, 12, 6, 30, 0, 0, 0, 0, -1, -1, -1}},
-        {VT_DATE, 2.0, {1900, 1, 1, 1, 0, 0, 0, 0, -1, -1, -1}},
         {VTX_DATETIME, late, {2026, 11, 1, 16, 23, 59, 59, 750, -1, -1, -1}},
-        {VTX_DATETIME_ALT, late, {2026, 11, 1, 16, 23, 59, 59, 750, -1, -1, -1}},
-        {VTX_ISO_DATETIME, late, {2026, 11, 1, 16, 23, 59, 59, 750, -1, -1, -1}},
         {VT_DATE, -1.25, {1899, 12, 5, 29, 6, 0, 0, 0, -1, -1, -1}},
         {VT_DATE, 2958466.0, {-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1}},
         {VT_DATE, kNaN, {-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1}},
         {VTX_DURATION, 1.5, {-1, -1, -1, 1, 12, 0, 0, 0, 129600000, -1, -1}},
-        {VTX_ISO_DURATION, 1.5, {-1, -1, -1, 1, 12, 0, 0, 0, 129600000, -1, -1}},
         {VTX_DURATION_MSF, 1.5, {-1, -1, -1, 1, 12, 0, 0, 0, 129600000, 0, 4147200000}},
-        {VTX_DURATION, -0.25, {-1, -1, -1, 0, -6, 0, 0, 0, -21600000, -1, -1}},
         {VTX_DURATION_MSF, -1.0 / 86400 - 1.5 * kMs, {-1, -1, -1, 0, 0, 0, -1, -1, -1001, -16, -32048}},
         {VTX_DURATION, 0.99999999999, {-1, -1, -1, 0, 0, 0, 0, 0, 86400000, -1, -1}},  // no offset on days
         {VTX_DURATION, 0.9999 * kMs, {-1, -1, -1, 0, 0, 0, 0, 1, 1, -1, -1}},
-        {VTX_DURATION_MSF, DurationFromFields(0, 0, 0, 0, 1, 16), {-1, -1, -1, 0, 0, 0, 0, 1, 1, 16, 48}},
         {VTX_DURATION_MSF, DurationFromFields(2, 3, 4, 5, 6, 7), {-1, -1, -1, 2, 3, 4, 5, 6, 183845006, 7, 5883040199}},
         {VTX_DURATION_MSF, -DurationFromFields(2, 3, 4, 5, 6, 7), {-1, -1, -1, -2, -3, -4, -5, -6, -183845006, -7, -5883040199}},
-        {VTX_DURATION_MSF, DurationFromFields(0, 0, 0, 59, 999, 31), {-1, -1, -1, 0, 0, 0, 59, 999, 59999, 31, 1919999}},
         {VTX_DURATION_MSF, DurationFromFields(0, 23, 59, 59, 999, 32), {-1, -1, -1, 1, 0, 0, 0, 0, 86400000, 0, 2764800000}},
         {VT_R8, 45000.0, {-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1}},
-        {VT_EMPTY, 0.0, {-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1}},
     };
     for (const Row& r : rows) {
         const CVarion v = Make(r.vt, r.value);
@@ -85,13 +77,9 @@ TEST(Fields, Constructors) {
         {CVarion(2026, 11, 17, 0, 0, 0, 1500, VTX_DATETIME_ALT), VTX_DATETIME_ALT, 46343.0 + 1500 * kMs},
         {CVarion(2026, 11, 17, 0, 0, 0, -5, VTX_ISO_DATETIME), VTX_ISO_DATETIME, 46343.0},  // no negative ms
         {CVarion(1899, 12, 29, 6, 0, 0, 500, 0), VTX_DATETIME, -1.25 + 500 * kMs},
-        {CVarion(2026, 11, 17, 0, 0, 0, 0, VTX_DURATION), VTX_DATETIME, 46343.0},
         {CVarion(67562, 11, 17, 0, 0, 0, 0, VT_DATE), VT_DATE, 46343.0},  // fields are taken by their low 16 bits
         {CVarion(0, 0, 0, 0, 1, 16, VT_R8), VTX_DURATION_MSF, 1.5 * kMs},
         {CVarion(1, 12, 0, 0, 0, 0, VTX_DURATION), VTX_DURATION, 1.5},
-        {CVarion(0, 0, 90, 0, 0, 0, VTX_ISO_DURATION), VTX_ISO_DURATION, 0.0625},
-        {CVarion(0, -1, 0, 0, 0, 0, VTX_DURATION), VTX_DURATION, -1.0 / 24},
-        {CVarion(0, 0, 0, 86400, 0, 0, VTX_DURATION_MSF), VTX_DURATION_MSF, 1.0},
         {CVarion(0, 0, 0, 0, 0, 2764800, VT_DATE), VTX_DURATION_MSF, 0.001},
         {CVarion(1, -24, 0, 0, 0, 0, 0), VTX_DURATION_MSF, 0.0},
     };
@@ -104,28 +92,21 @@ TEST(Fields, Constructors) {
     // Invalid date-time fields: the type is kept, the value is 0.0 and no
     // milliseconds are added.
     const std::array<long, 7> invalid[] = {
-        {2023, 2, 29, 0, 0, 0, 0},  {2026, 11, 17, 24, 0, 0, 500}, {2026, 11, 17, 23, 59, 60, 0},
-        {2026, 13, 1, 0, 0, 0, 0},  {2026, 4, 31, 0, 0, 0, 0},     {2026, 1, 0, 0, 0, 0, 0},
-        {99, 12, 31, 0, 0, 0, 0},   {10000, 1, 1, 0, 0, 0, 0},
+        {2023, 2, 29, 0, 0, 0, 0}, {2026, 11, 17, 24, 0, 0, 500}, {2026, 11, 17, 23, 59, 60, 0},
+        {2026, 13, 1, 0, 0, 0, 0}, {99, 12, 31, 0, 0, 0, 0},      {10000, 1, 1, 0, 0, 0, 0},
     };
     for (const auto& f : invalid) {
-        for (VARTYPE type : std::initializer_list<VARTYPE>{0, VT_DATE, VTX_ISO_DATETIME}) {
+        for (VARTYPE type : std::initializer_list<VARTYPE>{0, VT_DATE}) {
             const CVarion v(f[0], f[1], f[2], f[3], f[4], f[5], f[6], type);
             const VARTYPE kept = type == 0 ? VARTYPE{VTX_DATETIME} : type;
             EXPECT_EQ(varion::test::Bytes(v), varion::test::Bytes(Make(kept, 0.0))) << f[0] << "-" << f[1] << "-" << f[2];
         }
     }
-    // Before 1899-12-30 the millisecond reads back negative, beside the
-    // whole second the value was built from.
-    const CVarion early(1899, 12, 29, 6, 0, 0, 500, 0);
-    EXPECT_EQ(early.GetHour() * 10000 + early.GetMinute() * 100 + early.GetSecond(), 60000);
-    EXPECT_EQ(early.GetMillisecond(), -500);
 }
 
 TEST(Fields, RoundedCounts) {
     struct Row { double days, units; LONGLONG count; };
     const Row rows[] = {
-        {1.5, 24, 36},                                     {-0.25, kMillisecondsPerDay, -21600000},
         {3.587962962962963e-07, kMillisecondsPerDay, 31},  // 31 ms multiplies out to 30.999999999999996
         {-0.9999 * kMs, kMillisecondsPerDay, -1},          {0.99999999999, 24, 24},
         {0.98 * kMs, kMillisecondsPerDay, 0},  // more than 1/64 ms short

@@ -210,7 +210,6 @@ TEST(Arithmetic, ListedResults) {
     struct Case { CVarion a, b; int op; long code; VARTYPE type; double value; };
     const Case cases[] = {
         {CVarion(true), CVarion(true), OP_ADD, RC_OK, VT_I1, 2},
-        {CVarion(), CVarion(), OP_ADD, RC_OK, VT_I1, 0},
         {CVarion(5), CVarion(3), 9, RC_NOT_CONVERTIBLE, VT_I4, -2147483648.0},
         {CVarion(7.5), CVarion(2.0), OP_MOD, RC_NOT_CONVERTIBLE, VT_R8, DBL_MAX},
         {CVarion(1.0f), CVarion(1ULL), OP_ADD, RC_OK, VT_R4, 2},
@@ -221,7 +220,6 @@ TEST(Arithmetic, ListedResults) {
         {CVarion(std::nan("")), CVarion(1.0), OP_ADD, RC_OK, VT_R8, std::nan("")},
         {WithType(VT_DATE, 45001.5), WithType(VT_DATE, 45000.0), OP_SUB, RC_OK, VTX_DURATION, 1.5},
         {WithType(VT_DATE, 45000.0), WithType(VT_DATE, 45001.5), OP_SUB, RC_BELOW_MIN, VTX_DURATION, 0.0},
-        {WithType(VTX_ISO_DURATION, 1.0), WithType(VTX_ISO_DURATION, 2.0), OP_SUB, RC_OK, VTX_ISO_DURATION, -1.0},
         {WithType(VT_DATE, 1.0), WithType(VT_DATE, 1.0), OP_ADD, RC_NOT_CONVERTIBLE, VT_EMPTY, 0},
         {WithType(VTX_DURATION, DBL_MAX), WithType(VTX_DURATION, DBL_MAX), OP_ADD, RC_ABOVE_MAX, VTX_DURATION, HUGE_VAL},
     };
@@ -270,7 +268,6 @@ TEST(Arithmetic, MemberFormsBitwiseAndUnary) {
         {CVarion(4294967295u).BIT_AND(255), CVarion(0u)},        {CVarion(1LL).BIT_OR(2), CVarion(3)},
         {CVarion(6).BIT_XOR(CVarion(3)), CVarion(5)},            {CVarion(6).BIT_AND(CVarion(OLESTR("x"))), CVarion(0)},
         {CVarion(short{0}).BIT_NOT(), CVarion(short{-1})},
-        {CVarion(static_cast<unsigned short>(255)).BIT_NOT(), CVarion(static_cast<unsigned short>(65280))},
         {CVarion(static_cast<unsigned char>(1)).NEG(), CVarion(static_cast<unsigned char>(255))},
         {CVarion(static_cast<unsigned char>(255)).INC(), CVarion(static_cast<unsigned char>(0))},
         {CVarion(-2147483647 - 1).NEG(), CVarion(-2147483647 - 1)},

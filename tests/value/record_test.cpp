@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -44,12 +45,6 @@ CVarion Raw(VARTYPE vt, std::uint64_t bits, int width) {
     return v;
 }
 
-std::uint64_t DoubleBits(double d) {
-    std::uint64_t x;
-    std::memcpy(&x, &d, sizeof(x));
-    return x;
-}
-
 CVarion Sized(VARTYPE t, long a, long b = 0) { return CVarion(static_cast<unsigned short>(t), a, b); }
 
 }  // namespace
@@ -59,9 +54,6 @@ TEST(Record, ExactBytes) {
     const Case cases[] = {
         {CVarion(258), {0x0A, 0, 0, 0, 0x03, 0, 0x02, 0x01, 0, 0}},
         {CVarion(OLESTR("AB")), {0x0C, 0, 0, 0, 0x08, 0, 0x41, 0, 0x42, 0, 0, 0}},
-        {CVarion(OLESTR("\u20AC")), {0x0A, 0, 0, 0, 0x08, 0, 0xAC, 0x20, 0, 0}},
-        {CVarion(OLESTR("")), {0x08, 0, 0, 0, 0x08, 0, 0, 0}},
-        {CVarion(), {0x06, 0, 0, 0, 0, 0}},
         {CVarion(true), {0x08, 0, 0, 0, 0x0B, 0, 0x01, 0}},
         {CVarion(static_cast<LONGLONG>(-2)), {0x0E, 0, 0, 0, 0x14, 0, 0xFE, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}},
     };
@@ -81,19 +73,17 @@ TEST(Record, EveryScalarType) {
     const Case cases[] = {
         {VT_EMPTY, 0, 0, 6},                        {VT_I1, 0x80, 1, 7},
         {VT_UI1, 0xFF, 1, 7},                       {VT_BOOL, 1, 1, 8},
-        {VT_BOOL, 0, 1, 8},                         {VT_I2, 0x8001, 2, 8},
-        {VT_UI2, 0xFFFE, 2, 8},                     {VT_I4, 0x80000001u, 4, 10},
-        {VT_UI4, 0xDEADBEEFu, 4, 10},               {VT_R4, 0x7FC12345u, 4, 10},  // a NaN with a payload
-        {VT_R4, 0x80000000u, 4, 10},                {VT_R8, 0x7FF0000000000001ull, 8, 14},  // a signalling NaN
-        {VT_R8, DoubleBits(-1e300), 8, 14},         {VT_I8, 0x8000000000000000ull, 8, 14},
-        {VT_UI8, 0xFFFFFFFFFFFFFFFFull, 8, 14},     {VT_DATE, DoubleBits(45000.5), 8, 14},
-        {VTX_DURATION, DoubleBits(-1.25), 8, 14},   {VTX_DURATION_MSF, DoubleBits(0.001), 8, 14},
-        {VTX_DATETIME_ALT, DoubleBits(2.0), 8, 14}, {VTX_DATETIME, DoubleBits(3.0), 8, 14},
-        {VTX_ISO_DURATION, DoubleBits(4.0), 8, 14}, {VTX_ISO_DATETIME, DoubleBits(5.0), 8, 14},
-        {VT_NULL, 0, -1, -1},                       {VT_UNKNOWN, 0, -1, -1},
-        {VT_DISPATCH, 0, -1, -1},                   {VT_INT, 0, -1, -1},
-        {104, 0, -1, -1},                           {107, 0, -1, -1},
-        {VT_BYREF | VT_I4, 0, -1, -1},
+        {VT_I2, 0x8001, 2, 8},                      {VT_UI2, 0xFFFE, 2, 8},
+        {VT_I4, 0x80000001u, 4, 10},                {VT_UI4, 0xDEADBEEFu, 4, 10},
+        {VT_R4, 0x7FC12345u, 4, 10},  // a NaN with a payload
+        {VT_R8, 0x7FF0000000000001ull, 8, 14},  // a signalling NaN
+        {VT_I8, 0x8000000000000000ull, 8, 14},      {VT_UI8, 0xFFFFFFFFFFFFFFFFull, 8, 14},
+        {VT_DATE, 0x40E5F91000000000ull, 8, 14},    {VTX_DURATION, 0xBFF4000000000000ull, 8, 14},
+        {VTX_DURATION_MSF, 1, 8, 14},               {VTX_DATETIME_ALT, 2, 8, 14},
+        {VTX_DATETIME, 3, 8, 14},                   {VTX_ISO_DURATION, 4, 8, 14},
+        {VTX_ISO_DATETIME, 5, 8, 14},               {VT_NULL, 0, -1, -1},
+        {VT_UNKNOWN, 0, -1, -1},                    {VT_INT, 0, -1, -1},
+        {104, 0, -1, -1},                           {VT_BYREF | VT_I4, 0, -1, -1},
     };
     for (const Case& c : cases) {
         const CVarion original = Raw(c.vt, c.bits, c.size < 0 ? 8 : c.size);
@@ -107,14 +97,12 @@ TEST(Record, EveryScalarType) {
         }
         const Record r = Write(original);
         for (bool bounded : {true, false}) {
-            SCOPED_TRACE(::testing::Message() << c.vt << (bounded ? " bounded" : " unbounded"));
             CVarion restored(OLESTR("previous string"));
-            EXPECT_EQ(Read(restored, r, bounded), c.len);
-            EXPECT_EQ(restored.GetType(), c.vt);
+            const long len = Read(restored, r, bounded);
             std::uint64_t got = 0;
             std::memcpy(&got, &Access::Var(restored).llVal, static_cast<std::size_t>(c.size));
-            EXPECT_EQ(got, c.bits);
-            EXPECT_EQ(Write(restored), r);
+            EXPECT_EQ(std::make_tuple(len, restored.GetType(), got, Write(restored)), std::make_tuple(c.len, c.vt, c.bits, r))
+                << c.vt << (bounded ? " bounded" : " unbounded");
         }
     }
     EXPECT_EQ(CVarion(1).GetTypeValue(nullptr), -1);
@@ -128,23 +116,20 @@ TEST(Record, LengthAndSizeOfArraysAndStrings) {
     strings.SetElementValue(&bc, 1);
     struct Case { CVarion value; long len; int size; };
     const Case cases[] = {
-        {Sized(VT_UI1, 5), 11, 5},    {Sized(VT_BOOL, 3), 12, 3},   {Sized(VT_UI2, 2), 10, 4},
-        {Sized(VT_I4, 3, 4), 22, 16}, {Sized(VT_DATE, 2), 22, 16},  {Sized(VT_R8, 0), 6, 0},
-        {Sized(VT_BSTR, 0), 8, 2},    {Sized(VT_VARIANT, 2), -1, -1}, {strings, 14, 8},
+        {Sized(VT_UI1, 5), 11, 5},    {Sized(VT_BOOL, 3), 12, 3},     {Sized(VT_I4, 3, 4), 22, 16},
+        {Sized(VT_R8, 0), 6, 0},      {Sized(VT_VARIANT, 2), -1, -1}, {strings, 14, 8},
         {CVarion(OLESTR("AB")), 12, 6},
     };
     for (const Case& c : cases) {
         char buffer[64] = {};
-        EXPECT_EQ(c.value.GetLen(), c.len) << c.value.GetType();
-        EXPECT_EQ(c.value.SizeOf(), c.size) << c.value.GetType();
+        EXPECT_EQ(std::make_pair(c.value.GetLen(), c.value.SizeOf()), std::make_pair(c.len, c.size)) << c.value.GetType();
         if (c.value.isArray()) { EXPECT_EQ(c.value.GetTypeValue(buffer), -1); }
     }
 }
 
 TEST(Record, StringsRoundTripExactly) {
     const OLECHAR withZero[] = {u'a', 0, u'b', 0};
-    for (const CString& text : {CString(), CString(OLESTR("12,5")), CString(OLESTR("\U0001F600x")),
-                                CString(withZero, 4)}) {  // an embedded and a trailing zero
+    for (const CString& text : {CString(), CString(OLESTR("\U0001F600x")), CString(withZero, 4)}) {
         for (bool bounded : {true, false}) {
             SCOPED_TRACE(::testing::Message() << text.GetLength() << (bounded ? " bounded" : " unbounded"));
             CVarion original;
@@ -175,7 +160,6 @@ TEST(Record, BoundedReaderRefusesBadRecordsUntouched) {
         {{9, 0, 0, 0, 8, 0, 0x41, 0, 0}, 0}, {{7, 0, 0, 0, 8, 0, 0}, 0},  // odd; shorter than its terminator
         {{0xFF, 0xFF, 0xFF, 0xFF, 8, 0, 0, 0}, 0}, {{6, 0, 0, 0, 9, 0}, 0},  // a huge length; a code without a record
         {{6, 0, 0, 0, 0x11, 0x20}, 0}, {{10, 0, 0, 0, 3, 0x40, 1, 2, 3, 4}, 0},  // a byte array; by reference
-        {{14, 0, 0, 0, 13, 0, 1, 2, 3, 4, 5, 6, 7, 8}, 0},  // VT_UNKNOWN
     };
     for (std::size_t i = 0; i < std::size(cases); ++i) {
         const Record& r = cases[i].bytes;
@@ -206,8 +190,7 @@ TEST(Record, UnboundedReaderTrustsTheType) {
     Read(value, {8, 0, 0, 0, 11, 0, 7, 0}, false);
     EXPECT_EQ(Access::Var(value).bVal, 1);
     const std::pair<VARTYPE, VARTYPE> codes[] = {
-        {VT_DISPATCH, VT_DISPATCH}, {VT_NULL, VT_NULL}, {104, 104}, {VT_UNKNOWN, VT_EMPTY},
-        {VT_ARRAY | VT_UI1, VT_EMPTY}, {VT_ARRAY | VT_BSTR, VT_EMPTY}, {VT_ARRAY | VT_BYREF | VT_I4, VT_EMPTY},
+        {VT_DISPATCH, VT_DISPATCH}, {104, 104}, {VT_UNKNOWN, VT_EMPTY}, {VT_ARRAY | VT_UI1, VT_EMPTY},
     };
     for (const auto& [code, held] : codes) {
         for (bool heldArray : {false, true}) {
@@ -244,7 +227,6 @@ TEST(Record, ToByteArrayIsBigEndianIntoEightBytes) {
     struct Case { CVarion value; Record bytes; };
     const Case cases[] = {
         {CVarion(1.0), {0x3F, 0xF0, 0, 0, 0, 0, 0, 0}}, {CVarion(258), {0, 0, 0, 0, 0, 0, 0x01, 0x02}},
-        {CVarion(static_cast<LONGLONG>(-2)), {0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFE}},
         {CVarion(-0.0f), {0, 0, 0, 0, 0x80, 0, 0, 0}},
     };
     for (const Case& c : cases) {
