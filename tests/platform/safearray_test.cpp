@@ -33,9 +33,9 @@ TEST(SafeArray, BoundsListMostSignificantFirstAndIndicesAreChecked) {
     VARTYPE vt = 0;
     const HRESULT answers[] = {SafeArrayGetLBound(psa, 1, &lb1), SafeArrayGetUBound(psa, 1, &ub1),
                                SafeArrayGetLBound(psa, 2, &lb2), SafeArrayGetVartype(psa, &vt)};
-    EXPECT_EQ((std::array<long, 8>{psa->rgsabound[0].cElements, psa->rgsabound[0].lLbound, psa->rgsabound[1].cElements,
+    EXPECT_EQ((std::array<long long, 8>{psa->rgsabound[0].cElements, psa->rgsabound[0].lLbound, psa->rgsabound[1].cElements,
                                    lb1, ub1, lb2, SafeArrayGetDim(psa), SafeArrayGetElemsize(psa)}),
-              (std::array<long, 8>{3, 20, 2, 10, 11, 20, 2, 4}));
+              (std::array<long long, 8>{3, 20, 2, 10, 11, 20, 2, 4}));
     for (const HRESULT hr : answers) EXPECT_EQ(hr, S_OK);
     EXPECT_EQ(vt, VT_I4);
     EXPECT_EQ(SafeArrayGetLBound(psa, 3, &lb2), DISP_E_BADINDEX);
