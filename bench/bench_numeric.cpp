@@ -86,14 +86,6 @@ struct Raw16 {
     unsigned char bytes[16];
 };
 
-void CopyValue(benchmark::State& state, CVarion source) {
-    for (auto _ : state) {
-        bench::Launder(source);
-        CVarion copy(source);
-        bench::Keep(copy);
-    }
-}
-
 // The copy constructor alone, into storage that is never destroyed (a value
 // without content needs no destructor).
 void ConstructCopy(benchmark::State& state, CVarion source) {
@@ -102,15 +94,6 @@ void ConstructCopy(benchmark::State& state, CVarion source) {
         bench::Launder(source);
         new (slot) CVarion(source);
         bench::Keep(slot);
-    }
-}
-
-void AssignValue(benchmark::State& state, CVarion source) {
-    CVarion target;
-    for (auto _ : state) {
-        bench::Launder(source);
-        target = source;
-        bench::Keep(target);
     }
 }
 
@@ -157,14 +140,14 @@ void CopyString(benchmark::State& state, OleString source) {
     const OleString wide(CString(bench::kString32).View());
     Add("copy", "copy VT_R8 (the copy constructor)", "varion", [real](auto& s) { ConstructCopy(s, real); });
     Add("copy", "copy VT_R8 (the copy constructor)", "16-byte copy", Copy16Bytes);
-    Add("copy", "copy and destroy VT_R8", "varion", [real](auto& s) { CopyValue(s, real); });
+    Add("copy", "copy and destroy VT_R8", "varion", [real](auto& s) { bench::Copy(s, real); });
     Add("copy", "copy and destroy VT_R8", "16-byte copy", Copy16Bytes);
-    Add("copy", "assign VT_R8", "varion", [real](auto& s) { AssignValue(s, real); });
+    Add("copy", "assign VT_R8", "varion", [real](auto& s) { bench::Assign(s, real); });
     Add("copy", "assign VT_R8", "16-byte copy", Copy16Bytes);
-    Add("copy", "copy and destroy VT_BSTR of 32 characters", "varion", [text](auto& s) { CopyValue(s, text); });
+    Add("copy", "copy and destroy VT_BSTR of 32 characters", "varion", [text](auto& s) { bench::Copy(s, text); });
     Add("copy", "copy and destroy VT_BSTR of 32 characters", "std::u16string",
         [wide](auto& s) { CopyString(s, wide); });
-    Add("copy", "assign VT_BSTR of 32 characters", "varion", [text](auto& s) { AssignValue(s, text); });
+    Add("copy", "assign VT_BSTR of 32 characters", "varion", [text](auto& s) { bench::Assign(s, text); });
 });
 
 }  // namespace

@@ -12,15 +12,6 @@ namespace {
 
 using bench::Add;
 
-void Equal(benchmark::State& state, const CVarion& a, const CVarion& b) {
-    int equal = 0;
-    for (auto _ : state) {
-        equal = a == b;
-        bench::Keep(equal);
-    }
-    state.SetLabel(equal ? "equal" : "not equal");
-}
-
 template <class T>
 void PlainEqual(benchmark::State& state, T x, T y) {
     for (auto _ : state) {
@@ -71,9 +62,9 @@ void Multiply(benchmark::State& state, CVarion a, CVarion b) {
 }
 
 [[maybe_unused]] const bool registered = bench::Register([] {
-    Add("ops", "VT_I4 == VT_I4", "varion", [](auto& s) { Equal(s, CVarion(5), CVarion(5)); });
+    Add("ops", "VT_I4 == VT_I4", "varion", [](auto& s) { bench::Equal(s, CVarion(5), CVarion(5)); });
     Add("ops", "VT_I4 == VT_I4", "plain ==", [](auto& s) { PlainEqual(s, 5, 5); });
-    Add("ops", "VT_R8 == VT_R8", "varion", [](auto& s) { Equal(s, CVarion(2.5), CVarion(2.5)); });
+    Add("ops", "VT_R8 == VT_R8", "varion", [](auto& s) { bench::Equal(s, CVarion(2.5), CVarion(2.5)); });
     Add("ops", "VT_R8 == VT_R8", "plain ==", [](auto& s) { PlainEqual(s, 2.5, 2.5); });
     Add("ops", "ADD VT_I4 + VT_I4", "varion", [](auto& s) { AddValues(s, CVarion(5), CVarion(7)); });
     Add("ops", "ADD VT_I4 + VT_I4", "plain +", PlainAdd);

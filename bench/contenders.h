@@ -40,4 +40,40 @@ bool Register(F registerAll) {
     return true;
 }
 
+// ---------------------------------------------------------------------------
+// Operations every contender is measured on in the same way
+// ---------------------------------------------------------------------------
+
+/// Copy construction and destruction of `source`.
+template <class Value>
+void Copy(benchmark::State& state, Value source) {
+    for (auto _ : state) {
+        Launder(source);
+        Value copy(source);
+        Keep(copy);
+    }
+}
+
+/// Assignment of `source` to a value made once, before the loop.
+template <class Value>
+void Assign(benchmark::State& state, Value source) {
+    Value target;
+    for (auto _ : state) {
+        Launder(source);
+        target = source;
+        Keep(target);
+    }
+}
+
+/// a == b, labelled with its answer.
+template <class Value>
+void Equal(benchmark::State& state, const Value& a, const Value& b) {
+    decltype(a == b) equal{};
+    for (auto _ : state) {
+        equal = a == b;
+        Keep(equal);
+    }
+    state.SetLabel(equal ? "equal" : "not equal");
+}
+
 }  // namespace bench

@@ -67,32 +67,6 @@ void ToText(benchmark::State& state, double x) {
     state.SetLabel(Var(x).convert<std::string>());
 }
 
-void Copy(benchmark::State& state, Var source) {
-    for (auto _ : state) {
-        bench::Launder(source);
-        Var copy(source);
-        bench::Keep(copy);
-    }
-}
-
-void Assign(benchmark::State& state, Var source) {
-    Var target;
-    for (auto _ : state) {
-        bench::Launder(source);
-        target = source;
-        bench::Keep(target);
-    }
-}
-
-void Equal(benchmark::State& state, const Var& a, const Var& b) {
-    bool equal = false;
-    for (auto _ : state) {
-        equal = a == b;
-        bench::Keep(equal);
-    }
-    state.SetLabel(equal ? "equal" : "not equal");
-}
-
 void Sum(benchmark::State& state, const Var& a, const Var& b) {
     for (auto _ : state) {
         Var r = a + b;
@@ -152,14 +126,14 @@ void ParseIso(benchmark::State& state) {
         Add("text", bench::TextOperation(input, "to VT_I4"), kPoco,
             [v = Var(std::string(input.text))](auto& s) { ReadText<Poco::Int32>(s, v); });
 
-    Add("copy", "copy and destroy VT_R8", kPoco, [v = Var(2.5)](auto& s) { Copy(s, v); });
-    Add("copy", "assign VT_R8", kPoco, [v = Var(2.5)](auto& s) { Assign(s, v); });
-    Add("copy", "copy and destroy VT_BSTR of 32 characters", kPoco, [v = Var(std::string(bench::kString32))](auto& s) { Copy(s, v); });
+    Add("copy", "copy and destroy VT_R8", kPoco, [v = Var(2.5)](auto& s) { bench::Copy(s, v); });
+    Add("copy", "assign VT_R8", kPoco, [v = Var(2.5)](auto& s) { bench::Assign(s, v); });
+    Add("copy", "copy and destroy VT_BSTR of 32 characters", kPoco, [v = Var(std::string(bench::kString32))](auto& s) { bench::Copy(s, v); });
     Add("copy", "assign VT_BSTR of 32 characters", kPoco,
-        [v = Var(std::string(bench::kString32))](auto& s) { Assign(s, v); });
+        [v = Var(std::string(bench::kString32))](auto& s) { bench::Assign(s, v); });
 
-    Add("ops", "VT_I4 == VT_I4", kPoco, [](auto& s) { Equal(s, Var(5), Var(5)); });
-    Add("ops", "VT_R8 == VT_R8", kPoco, [](auto& s) { Equal(s, Var(2.5), Var(2.5)); });
+    Add("ops", "VT_I4 == VT_I4", kPoco, [](auto& s) { bench::Equal(s, Var(5), Var(5)); });
+    Add("ops", "VT_R8 == VT_R8", kPoco, [](auto& s) { bench::Equal(s, Var(2.5), Var(2.5)); });
     Add("ops", "ADD VT_I4 + VT_I4", kPoco, [](auto& s) { Sum(s, Var(5), Var(7)); });
 
     Add("format", "\"%.2f\" of VT_R8 3.14159", "Poco::format", [](auto& s) { Format(s, "%.2f", bench::kDisplayReal); });

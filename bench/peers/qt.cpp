@@ -65,32 +65,6 @@ void ToText(benchmark::State& state, double x) {
     state.SetLabel(Utf8(QVariant(x).toString()));
 }
 
-void Copy(benchmark::State& state, QVariant source) {
-    for (auto _ : state) {
-        bench::Launder(source);
-        QVariant copy(source);
-        bench::Keep(copy);
-    }
-}
-
-void Assign(benchmark::State& state, QVariant source) {
-    QVariant target;
-    for (auto _ : state) {
-        bench::Launder(source);
-        target = source;
-        bench::Keep(target);
-    }
-}
-
-void Equal(benchmark::State& state, const QVariant& a, const QVariant& b) {
-    bool equal = false;
-    for (auto _ : state) {
-        equal = a == b;
-        bench::Keep(equal);
-    }
-    state.SetLabel(equal ? "equal" : "not equal");
-}
-
 template <class T>
 void Format(benchmark::State& state, const char* format, T x) {
     for (auto _ : state) {
@@ -141,14 +115,14 @@ void ParseIso(benchmark::State& state) {
         Add("text", bench::TextOperation(input, "to VT_I4"), kQt,
             [v = QVariant(QString::fromUtf8(input.text))](auto& s) { ReadText<int>(s, v); });
 
-    Add("copy", "copy and destroy VT_R8", kQt, [v = QVariant(2.5)](auto& s) { Copy(s, v); });
-    Add("copy", "assign VT_R8", kQt, [v = QVariant(2.5)](auto& s) { Assign(s, v); });
+    Add("copy", "copy and destroy VT_R8", kQt, [v = QVariant(2.5)](auto& s) { bench::Copy(s, v); });
+    Add("copy", "assign VT_R8", kQt, [v = QVariant(2.5)](auto& s) { bench::Assign(s, v); });
     const QVariant text(QString::fromUtf8(bench::kString32));
-    Add("copy", "copy and destroy VT_BSTR of 32 characters", kQt, [text](auto& s) { Copy(s, text); });
-    Add("copy", "assign VT_BSTR of 32 characters", kQt, [text](auto& s) { Assign(s, text); });
+    Add("copy", "copy and destroy VT_BSTR of 32 characters", kQt, [text](auto& s) { bench::Copy(s, text); });
+    Add("copy", "assign VT_BSTR of 32 characters", kQt, [text](auto& s) { bench::Assign(s, text); });
 
-    Add("ops", "VT_I4 == VT_I4", kQt, [](auto& s) { Equal(s, QVariant(5), QVariant(5)); });
-    Add("ops", "VT_R8 == VT_R8", kQt, [](auto& s) { Equal(s, QVariant(2.5), QVariant(2.5)); });
+    Add("ops", "VT_I4 == VT_I4", kQt, [](auto& s) { bench::Equal(s, QVariant(5), QVariant(5)); });
+    Add("ops", "VT_R8 == VT_R8", kQt, [](auto& s) { bench::Equal(s, QVariant(2.5), QVariant(2.5)); });
 
     Add("format", "\"%.2f\" of VT_R8 3.14159", "QString::asprintf",
         [](auto& s) { Format(s, "%.2f", bench::kDisplayReal); });
