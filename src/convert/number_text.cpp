@@ -208,35 +208,59 @@ double DecimalValue(const char* number, const DecimalScan& scan) noexcept {
 constexpr double kExactPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
                                         1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
-// The value of a scanned number in `text` (the characters the scan was made
-// on) when it needs no more than one correctly rounded operation: its digits,
-// without the separator and leading zeros, make an integer m below 2^53 and
-// its power of ten p lies within 22 of zero, so that m and 10^|p| are exact
-// doubles and m * 10^p (or m / 10^-p) is the double nearest the number, the
-// one std::from_chars reads. False for every other number.
+// Appends the run of digits at text[i, n) to `m` and answers where the run
+// ends. More than nineteen digits wrap `m`; callers count them. Inlined into
+// the one-pass reader, where `m` stays in a register.
 template <class C>
-bool ExactDecimalValue(const C* text, const DecimalScan& scan, double& value) noexcept {
-    // Nineteen digits at most, so that m cannot overflow (a separator is no digit).
-    const std::size_t separator = scan.separator == std::string_view::npos ? scan.mantissaEnd : scan.separator;
-    if (scan.mantissaEnd - scan.start - (separator < scan.mantissaEnd ? 1 : 0) > 19) return false;
-    std::uint64_t m = AppendDigits(0, text, scan.start, separator);
-    if (separator < scan.mantissaEnd) m = AppendDigits(m, text, separator + 1, scan.mantissaEnd);
-    if (m >= 1ULL << 53) return false;
-    // Each digit after the separator divides by ten.
-    long long power = scan.mantissaEnd > separator ? -static_cast<long long>(scan.mantissaEnd - separator - 1) : 0;
-    if (scan.end > scan.mantissaEnd) {  // "E", an optional sign, digits
-        std::size_t i = scan.mantissaEnd + 1;
-        const bool negative = text[i] == C('-');
-        if (text[i] == C('+') || text[i] == C('-')) ++i;
-        long long e = 0;
-        for (; i < scan.end; ++i)
-            if (e < 1000) e = e * 10 + (text[i] - C('0'));
-        power += negative ? -e : e;
+VARION_FOLD_INLINE std::size_t AppendDigitRun(std::uint64_t& m, const C* text, std::size_t i, std::size_t n) noexcept {
+    if constexpr (kFourAtATime<C>) {
+        for (; i + 4 <= n && AreFourDigits(text + i); i += 4) m = m * 10000 + FourDigitsValue(text + i);
     }
-    if (power < -22 || power > 22) return false;
+    for (; i < n; ++i) {
+        const auto d = static_cast<std::uint64_t>(static_cast<unsigned>(text[i]) - unsigned{'0'});
+        if (d > 9) break;
+        m = m * 10 + d;
+    }
+    return i;
+}
+
+// The value of the whole of [text, text + n) read in one pass, when it is a
+// plain decimal number that needs no more than one correctly rounded
+// operation: its digits, without the separator, are at most nineteen and
+// make an integer m below 2^53, and its power of ten p lies within 22 of
+// zero, so that m and 10^|p| are exact doubles and m * 10^p (or m / 10^-p) is
+// the double nearest the number, the one std::from_chars reads ("12,5" is
+// 125 / 10). False for every other text, which the full scan then reads.
+template <class C>
+bool QuickDecimalValue(const C* text, std::size_t n, double& value) noexcept {
+    const bool negative = text[0] == C('-');
+    std::size_t i = (negative || text[0] == C('+')) ? 1 : 0;
+    std::uint64_t m = 0;
+    const std::size_t integerStart = i;
+    i = AppendDigitRun(m, text, i, n);
+    std::size_t digits = i - integerStart;
+    long long power = 0;
+    if (i < n && (text[i] == C('.') || text[i] == C(','))) {
+        const std::size_t fractionStart = ++i;
+        i = AppendDigitRun(m, text, i, n);
+        digits += i - fractionStart;
+        power = -static_cast<long long>(i - fractionStart);
+    }
+    if (digits == 0 || digits > 19) return false;
+    if (i < n) {  // "E" or "e", an optional sign, one to three digits
+        if (text[i] != C('E') && text[i] != C('e')) return false;
+        ++i;
+        const bool negativeExponent = i < n && text[i] == C('-');
+        if (i < n && (text[i] == C('+') || text[i] == C('-'))) ++i;
+        if (i == n || n - i > 3) return false;
+        std::uint64_t e = 0;
+        if (AppendDigitRun(e, text, i, n) != n) return false;
+        power += negativeExponent ? -static_cast<long long>(e) : static_cast<long long>(e);
+    }
+    if (m >= 1ULL << 53 || power < -22 || power > 22) return false;
     const double magnitude = power < 0 ? static_cast<double>(m) / kExactPowersOfTen[-power]
                                        : static_cast<double>(m) * kExactPowersOfTen[power];
-    value = scan.negative ? -magnitude : magnitude;
+    value = negative ? -magnitude : magnitude;
     return true;
 }
 
@@ -493,10 +517,10 @@ bool PlainDecimalFromText(OleStringView trimmed, VARTYPE type, VARIANT& out, lon
     if (n == 0 || n > kLongest) return false;
     // A "0" before anything but the separator makes a text of another base.
     if (trimmed[0] == '0' && n > 1 && trimmed[1] != '.' && trimmed[1] != ',') return false;
-    const DecimalScan scan = ScanDecimal(trimmed.data(), n);
-    if (scan.end != n) return false;
     double value = 0.0;
-    if (!ExactDecimalValue(trimmed.data(), scan, value)) {
+    if (!QuickDecimalValue(trimmed.data(), n, value)) {
+        const DecimalScan scan = ScanDecimal(trimmed.data(), n);
+        if (scan.end != n) return false;
         char number[kLongest];
         for (std::size_t k = scan.start; k < n; ++k) number[k - scan.start] = static_cast<char>(trimmed[k]);
         if (scan.separator != std::string_view::npos) number[scan.separator - scan.start] = '.';
