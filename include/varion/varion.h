@@ -626,12 +626,22 @@ private:
     }
     /// Codes whose content lives outside the value: a string or an array.
     static constexpr bool OwnsContent(VARTYPE t) noexcept { return t == VT_BSTR || (t & VT_ARRAY) != 0; }
+    /// The first 8 bytes of a value of `type`: the type code and three zero
+    /// reserved words, to be stored at once.
+    static constexpr std::uint64_t HeadWord(VARTYPE type) noexcept {
+        return std::endian::native == std::endian::little ? type : std::uint64_t{type} << 48;
+    }
     /// A new value of `type` holding `value`; the other bytes are zero.
+    /// Written as two 8-byte stores: the type code with its zeroed reserved
+    /// words, then the value field with its unused bytes zeroed.
     template <class T>
     void Init(VARTYPE type, T value) noexcept {
-        std::memset(static_cast<void*>(&m_v), 0, sizeof(m_v));
-        m_v.vt = type;
-        varion::detail::Store(m_v, value);
+        static_assert(std::is_trivially_copyable_v<T> && sizeof(T) <= sizeof(std::uint64_t));
+        const std::uint64_t head = HeadWord(type);
+        std::uint64_t field = 0;
+        std::memcpy(&field, &value, sizeof value);
+        std::memcpy(static_cast<void*>(&m_v), &head, sizeof head);
+        std::memcpy(&m_v.llVal, &field, sizeof field);
     }
     /// The copy of a string, an array or a code without content.
     void CopyContent(const CVarion& other) noexcept;

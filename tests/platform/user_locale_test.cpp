@@ -70,6 +70,9 @@ TEST(UserLocaleName, EveryChangeIsSeenWhateverWasRemembered) {
     EXPECT_EQ(UserRow(), "it-IT");
     std::memcpy(entry + 7, "es", 2);
     EXPECT_EQ(UserRow(), "es-ES");
+    std::memcpy(entry, "XC", 2);  // renamed in place: LC_ALL is gone
+    EXPECT_EQ(UserRow(), "de-DE");
+    std::memcpy(entry, "LC", 2);
     unsetenv("LC_ALL");
     EXPECT_EQ(UserRow(), "de-DE");
 }

@@ -50,7 +50,7 @@ VARION_MEMBER CVarion::CVarion(const CVarion& other) noexcept {
     if (HoldsPlainValue(type)) {
         // Two 8-byte stores: the type code with its zeroed reserved
         // words, then the value field.
-        const std::uint64_t head = std::endian::native == std::endian::little ? type : std::uint64_t{type} << 48;
+        const std::uint64_t head = HeadWord(type);
         std::memcpy(static_cast<void*>(&m_v), &head, sizeof head);
         std::memcpy(&m_v.llVal, &other.m_v.llVal, sizeof(m_v.llVal));
     } else {
