@@ -3,7 +3,7 @@
 // through std::to_chars.
 #include "convert/number_text.h"
 
-#include <array>
+#include <bit>
 #include <charconv>
 #include <cstdint>
 #include <cstring>
@@ -14,25 +14,29 @@ namespace {
 #if defined(__SIZEOF_INT128__)
 __extension__ typedef unsigned __int128 Uint128;
 
-// The two-digit texts "00" to "99", one after the other.
-constexpr auto kDigitPairs = [] {
-    std::array<char, 200> pairs{};
-    for (std::size_t i = 0; i < 100; ++i) {
-        pairs[2 * i] = static_cast<char>('0' + i / 10);
-        pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
-    }
-    return pairs;
-}();
-
-// Writes the `count` last decimal digits of n, with leading zeros.
-void WriteDigits(std::uint64_t n, std::size_t count, char* out) noexcept {
-    char* end = out + count;
-    for (; count >= 2; count -= 2, n /= 100) {
-        end -= 2;
-        std::memcpy(end, &kDigitPairs[static_cast<std::size_t>(2 * (n % 100))], 2);
-    }
-    if (count == 1) *--end = static_cast<char>('0' + n % 10);
+// The eight decimal digits of n < 10^8, leading zeros included, as digit
+// values (0 to 9) in the bytes of a word, the first digit in the lowest byte.
+// All eight are found at once: n splits into two four-digit halves in 32-bit
+// lanes, each half into two-digit pairs in 16-bit lanes (x / 100 as
+// x * 10486 >> 20, exact below 10^4), each pair into its two digits in
+// 8-bit lanes (x / 10 as x * 103 >> 10, exact below 100).
+std::uint64_t EightDigits(std::uint32_t n) noexcept {
+    const std::uint64_t halves = std::uint64_t{n / 10000} | std::uint64_t{n % 10000} << 32;
+    const std::uint64_t high = ((halves * 10486) >> 20) & 0x0000007F0000007FULL;
+    const std::uint64_t pairs = ((halves - 100 * high) << 16) | high;
+    const std::uint64_t tens = ((pairs * 103) >> 10) & 0x000F000F000F000FULL;
+    return tens | (pairs - 10 * tens) << 8;
 }
+
+// Writes the eight digits of EightDigits' word as text, in one store.
+void WriteEight(std::uint64_t digits, char* out) noexcept {
+    std::uint64_t text = digits + 0x3030303030303030ULL;  // '0' added to every digit
+    if constexpr (std::endian::native == std::endian::big) text = __builtin_bswap64(text);
+    std::memcpy(out, &text, sizeof text);
+}
+
+// How many of the last digits of a nonzero EightDigits word are zeros.
+int TrailingZeroDigits(std::uint64_t digits) noexcept { return std::countl_zero(digits) / 8; }
 #endif
 
 // WriteTrimmedFixed's text by exact integer arithmetic, for every finite x
@@ -82,20 +86,22 @@ std::size_t ExactTrimmedFixed(double x, char* out) noexcept {
         *p++ = '0';
         return static_cast<std::size_t>(p - out);
     }
-    // At most fourteen trailing zeros: steps of 8, 4, 2 and 1 drop them all.
-    struct ZeroStep {
-        std::uint64_t power;
-        std::size_t digits;
-    };
-    constexpr ZeroStep kZeroSteps[] = {{100000000ULL, 8}, {10000ULL, 4}, {100ULL, 2}, {10ULL, 1}};
-    std::size_t count = 15;
-    for (const ZeroStep& step : kZeroSteps) {
-        if (decimals % step.power == 0) {
-            decimals /= step.power;
-            count -= step.digits;
-        }
+    // The fifteen decimals as seven and eight digits; the first of the
+    // sixteen written is the zero in front of the seven, and is overwritten
+    // by the point. Trailing zeros are not kept: when the last eight are all
+    // zeros ("12.5", "0.0000001") they are not made at all.
+    const auto low = static_cast<std::uint32_t>(decimals % 100000000);
+    const std::uint64_t first = EightDigits(static_cast<std::uint32_t>(decimals / 100000000));
+    WriteEight(first, p - 1);
+    p[-1] = '.';
+    std::size_t count = 0;
+    if (low == 0) {
+        count = 7 - static_cast<std::size_t>(TrailingZeroDigits(first));
+    } else {
+        const std::uint64_t last = EightDigits(low);
+        WriteEight(last, p + 7);
+        count = 15 - static_cast<std::size_t>(TrailingZeroDigits(last));
     }
-    WriteDigits(decimals, count, p);
     return static_cast<std::size_t>(p + count - out);
 #else
     (void)x;
