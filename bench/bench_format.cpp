@@ -21,6 +21,24 @@ void Display(benchmark::State& state, const CVarion& value, const CString& forma
     state.SetLabel(value.GetStringWithDisplayFormat(format, 0).ToUtf8());
 }
 
+// The parts of varion's work that snprintf does not do, measured alone in
+// the same run: the decimal separator step on a finished text, and the
+// CString that carries a text back.
+void SeparatorStep(benchmark::State& state, CString text) {
+    for (auto _ : state) {
+        CVarion::CheckDecimalPoint(text);
+        bench::Keep(text);
+    }
+}
+
+void ReturnedText(benchmark::State& state, const CString& text) {
+    const OleStringView view = text.View();
+    for (auto _ : state) {
+        CString made(view);
+        bench::Keep(made);
+    }
+}
+
 template <class T>
 void Snprintf(benchmark::State& state, const char* format, T x) {
     char buffer[100];
@@ -38,9 +56,14 @@ void Snprintf(benchmark::State& state, const char* format, T x) {
     Add("format", real, "varion",
         [v = CVarion(bench::kDisplayReal)](auto& s) { Display(s, v, CString(OLESTR("%.2f"))); });
     Add("format", real, "snprintf", [](auto& s) { Snprintf(s, "%.2f", bench::kDisplayReal); });
+    Add("format", real, "varion, part: the decimal separator step",
+        [](auto& s) { SeparatorStep(s, CString(OLESTR("3.14"))); });
     for (const int x : {bench::kDisplaySmall, bench::kDisplayLarge}) {
         const std::string op = "\"%X\" of VT_I4 " + std::to_string(x);
-        Add("format", op, "varion", [v = CVarion(x)](auto& s) { Display(s, v, CString(OLESTR("%X"))); });
+        const CVarion value(x);
+        Add("format", op, "varion", [value](auto& s) { Display(s, value, CString(OLESTR("%X"))); });
+        Add("format", op, "varion, part: the CString returned",
+            [text = value.GetStringWithDisplayFormat(CString(OLESTR("%X")), 0)](auto& s) { ReturnedText(s, text); });
         Add("format", op, "snprintf", [x](auto& s) { Snprintf(s, "%X", static_cast<unsigned>(x)); });
     }
 });

@@ -73,6 +73,17 @@ void SetTypeToText(benchmark::State& state, double x) {
     state.SetLabel(static_cast<CString>(v).ToUtf8());
 }
 
+// The part of SetType(VT_BSTR) that std::to_chars and snprintf do not do,
+// measured alone in the same run: a string of the text's length allocated
+// and freed.
+void StringMadeAndFreed(benchmark::State& state, UINT length) {
+    for (auto _ : state) {
+        BSTR text = SysAllocStringLen(nullptr, length);
+        bench::Keep(text);
+        SysFreeString(text);
+    }
+}
+
 void OperatorText(benchmark::State& state, const CVarion& v) {
     for (auto _ : state) {
         CString text = v;
@@ -115,6 +126,8 @@ void Snprintf15(benchmark::State& state, double x) {
         const std::string op = bench::ValueOperation("VT_R8", x, "to text");
         Add("text", op, "varion", [x](auto& s) { SetTypeToText(s, x); });
         Add("text", op, "varion, operator CString", [v = CVarion(x)](auto& s) { OperatorText(s, v); });
+        const auto length = static_cast<UINT>(static_cast<CString>(CVarion(x)).GetLength());
+        Add("text", op, "varion, part: the string made and freed", [length](auto& s) { StringMadeAndFreed(s, length); });
         Add("text", op, "std::to_chars fixed 15", [x](auto& s) { ToCharsFixed15(s, x); });
         Add("text", op, "snprintf %.15f", [x](auto& s) { Snprintf15(s, x); });
     }

@@ -34,6 +34,8 @@ FAMILIES = [
 ]
 
 VARION = "varion"
+# Contenders that measure one part of varion's work alone.
+PART = "varion, part: "
 
 # ---------------------------------------------------------------------------
 # Instruction counts
@@ -264,6 +266,22 @@ def render(args):
     w(f"{len([r for r in rows if r[3]])} of {len([r for r in rows if r[3] is not None])} budget checks met"
       + ("." if not missed else "; the misses are explained in the notes below."))
     w("")
+    parts = [(family, op, contender[len(PART):], entry.get("time"), contenders.get(VARION, {}).get("time"))
+             for family, ops in results.items() for op, contenders in ops.items()
+             for contender, entry in contenders.items() if contender.startswith(PART)]
+    if parts:
+        w("### Parts of varion's work that the floors do not do")
+        w("")
+        w("Measured alone in the same run (the rows \"varion, part: ...\" below): what making the "
+          "result as the library must costs, beside what `snprintf` and `std::to_chars` write into a "
+          "buffer on the stack.")
+        w("")
+        w("| Operation | Part | Part ns | varion ns | Share of varion's time |")
+        w("|---|---|---:|---:|---:|")
+        for family, op, part, t, v in parts:
+            share = f"{100 * t / v:.0f} %" if t is not None and v else "—"
+            w(f"| {op} | {part} | {ns(t)} | {ns(v)} | {share} |")
+        w("")
 
     for family, title in FAMILIES:
         ops = results.get(family)
