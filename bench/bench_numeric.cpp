@@ -16,12 +16,6 @@ namespace {
 
 using bench::Add;
 
-// A conversion of a value made from `x`, read back as the target's type.
-// With `RuntimeTarget` the target type comes from a variable the compiler
-// cannot see through, as when it comes from a device's description; else it
-// is the constant it usually is in code, and the conversion folds inline.
-// The choice is a template argument so that each loop is compiled as the
-// code it stands for, not as one loop with both paths in it.
 // What the conversion gives, for the result column. Kept out of the measured
 // loop's function so that the value there shares no storage with it.
 template <VARTYPE To, class Source>
@@ -30,6 +24,12 @@ template <VARTYPE To, class Source>
     return v.SetType(To) == RC_OK ? static_cast<CString>(v).ToUtf8() : "fails";
 }
 
+// A conversion of a value made from `x`, read back as the target's type.
+// With `RuntimeTarget` the target type comes from a variable the compiler
+// cannot see through, as when it comes from a device's description; else it
+// is the constant it usually is in code, and the conversion folds inline.
+// The choice is a template argument so that each loop is compiled as the
+// code it stands for, not as one loop with both paths in it.
 template <VARTYPE To, class Read, bool RuntimeTarget, class Source>
 void Convert(benchmark::State& state, Source x) {
     VARTYPE target = To;

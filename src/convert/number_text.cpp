@@ -147,16 +147,6 @@ std::size_t DigitsEnd(const C* text, std::size_t i, std::size_t n) noexcept {
     return i;
 }
 
-// `m` followed by the digits text[from, to), all digits.
-template <class C>
-std::uint64_t AppendDigits(std::uint64_t m, const C* text, std::size_t from, std::size_t to) noexcept {
-    if constexpr (kFourAtATime<C>) {
-        for (; from + 4 <= to; from += 4) m = m * 10000 + FourDigitsValue(text + from);
-    }
-    for (; from < to; ++from) m = m * 10 + static_cast<std::uint64_t>(text[from] - C('0'));
-    return m;
-}
-
 // The longest beginning of [text, text + n) that is a decimal number.
 template <class C>
 DecimalScan ScanDecimal(const C* text, std::size_t n) noexcept {
@@ -550,8 +540,10 @@ bool PlainIntegerFromText(OleStringView trimmed, VARTYPE type, VARIANT& out, lon
     std::size_t i = 0;
     if (trimmed[0] == '+' || trimmed[0] == '-') run.negative = trimmed[i++] == '-';
     // Nineteen digits at most, so that the magnitude cannot overflow.
-    if (i == n || n - i > 19 || DigitsEnd(trimmed.data(), i, n) != n) return false;
-    run.magnitude = AppendDigits(0, trimmed.data(), i, n);
+    if (i == n || n - i > 19) return false;
+    std::uint64_t m = 0;
+    if (AppendDigitRun(m, trimmed.data(), i, n) != n) return false;
+    run.magnitude = m;
     run.end = n;
     code = FitInteger(run, 10, type, out) ? RC_OK : RC_NOT_CONVERTIBLE;
     return true;
