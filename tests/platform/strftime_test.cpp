@@ -113,9 +113,7 @@ TEST(FormatTime, TwoHundredFiftyFiveCharactersFitAndOneMoreDoesNot) {
         EXPECT_EQ(got.status, l.length <= 255 ? FormatStatus::Ok : FormatStatus::Overflow) << l.length;
         EXPECT_EQ(got.text.size(), l.length <= 255 ? l.length : 0) << l.length;
     }
-    OLECHAR one = OLECHAR(0xBEEF);
-    EXPECT_EQ(FormatTime(OLESTR("%Y"), t, &one, 0).status, FormatStatus::Overflow);
-    EXPECT_EQ(one, OLECHAR(0xBEEF));
+    EXPECT_EQ(Render("%Y", t, 0).status, FormatStatus::Overflow);  // the guard checks nothing was written
     EXPECT_EQ(FormatTime(OLESTR("%Y"), t, nullptr, 10).status, FormatStatus::Overflow);
 }
 
