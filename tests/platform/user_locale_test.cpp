@@ -51,10 +51,10 @@ TEST(UserLocaleName, TheFirstNonEmptyOfThreeVariablesNamesTheRow) {
 
 // The default identifiers take the user's row; a given identifier is its own row whatever the user's.
 TEST(UserLocaleName, TheDefaultIdentifiersFollowTheEnvironment) {
+    const auto row = [](LCID lcid) { return LocaleFromLcid(lcid) != nullptr ? LocaleFromLcid(lcid)->name : "<none>"; };
     ScopedEnv all("LC_ALL", "fr_FR.UTF-8");
-    for (LCID lcid : {LCID(0), LOCALE_USER_DEFAULT, LOCALE_SYSTEM_DEFAULT})
-        EXPECT_STREQ(LocaleFromLcid(lcid)->name, "fr-FR") << lcid;
-    EXPECT_STREQ(LocaleFromLcid(0x0407)->name, "de-DE");
+    for (LCID lcid : {LCID(0), LOCALE_USER_DEFAULT, LOCALE_SYSTEM_DEFAULT}) EXPECT_STREQ(row(lcid), "fr-FR") << lcid;
+    EXPECT_STREQ(row(0x0407), "de-DE");
 }
 
 TEST(UserLocaleName, EveryChangeIsSeenWhateverWasRemembered) {
