@@ -49,12 +49,9 @@ TEST(CStringText, TokenizeSkipsRunsOfDelimitersAndStaysFinished) {
 }
 
 TEST(CStringText, ModifyTrimCaseAndCompare) {
-    CString s("  a b\t\r\n");
-    s.Trim();
-    EXPECT_EQ(Utf8(s), "a b");
-    CString u("stra\xC3\x9F" "e \xC3\xA4x");
-    u.MakeUpper();
-    EXPECT_EQ(Utf8(u), "STRA\xC3\x9F" "E \xC3\x84X");  // ß has no single-letter upper case
+    EXPECT_EQ(Utf8(CString("  a b\t\r\n").Trim()), "a b");
+    // ß has no single-letter upper case.
+    EXPECT_EQ(Utf8(CString("stra\xC3\x9F" "e \xC3\xA4x").MakeUpper()), "STRA\xC3\x9F" "E \xC3\x84X");
     CString r("a.b.c");
     EXPECT_EQ(r.Replace('.', ','), 2);
     EXPECT_EQ(r.Replace(OLESTR(","), OLESTR("--")), 2);

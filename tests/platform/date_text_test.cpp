@@ -1,5 +1,5 @@
-// Locale texts of dates: rendering per locale, the user's locale from the
-// environment, the parser's accepted and rejected texts, and round trips.
+// Locale texts of dates: rendering per locale, the parser's accepted and
+// rejected texts, and round trips.
 #include <varion/platform/automation.h>
 
 #include "support/test_support.h"
@@ -12,10 +12,8 @@
 
 #include <limits>
 #include <string>
-#include <utility>
 
 using varion::test::LocaleText;
-using varion::test::ScopedEnv;
 using varion::test::Utf8;
 
 namespace {
@@ -37,7 +35,7 @@ std::string Render(double value, LCID lcid, ULONG flags = 0) {
 
 const double kEvening = DateOf(2026, 11, 17, 20, 18, 38);
 const double kMorning = DateOf(2026, 3, 5, 8, 5, 3);
-constexpr LCID kDe = 0x0407, kUs = 0x0409, kGb = 0x0809, kNl = 0x0413, kEs = 0x0C0A, kAt = 0x0C07, kFr = 0x040C;
+constexpr LCID kDe = 0x0407, kUs = 0x0409, kGb = 0x0809, kNl = 0x0413, kEs = 0x0C0A, kAt = 0x0C07;
 
 TEST(DateText, EachLocaleRendersItsPlatformPatterns) {
     const struct { LCID lcid; const char* evening; const char* morning; } rows[] = {
@@ -65,11 +63,8 @@ TEST(DateText, DayZeroMidnightAndTheValueOnlyFlags) {
     const double midnight = DateOf(2026, 11, 17);
     const struct { double value; LCID lcid; ULONG flags; const char* text; } rows[] = {
         {0.0, kUs, 0, "12:00:00 AM"},  {0.5, kUs, 0, "12:00:00 PM"},  // day zero: the time alone, even at midnight
-        {-0.75, kDe, 0, "18:00:00"},   {-1.25, kDe, 0, "29.12.1899 06:00:00"},
-        {kEvening, kDe, VAR_TIMEVALUEONLY, "20:18:38"}, {kEvening, kDe, VAR_DATEVALUEONLY, "17.11.2026"},
         {0.5, kDe, VAR_DATEVALUEONLY, ""}, {midnight, kDe, VAR_TIMEVALUEONLY, ""},  // day zero has no date, midnight no time
         {kEvening, kDe, VAR_TIMEVALUEONLY | VAR_DATEVALUEONLY, ""},
-        {kEvening + 0.6 / 86400, kDe, 0, "17.11.2026 20:18:39"},  // whole seconds, rounded
         {kEvening, kDe, LOCALE_NOUSEROVERRIDE, "17.11.2026 20:18:38"},
         {std::numeric_limits<double>::quiet_NaN(), kDe, 0, "30.12.1899 00:00:00"},  // NaN passes as day zero
         {2958466.0, kDe, 0, "<error>"},
@@ -83,20 +78,6 @@ TEST(DateText, DayZeroMidnightAndTheValueOnlyFlags) {
     VARION_STANDIN_ONLY(EXPECT_EQ(VarBstrFromDate(0.0, kDe, 0, nullptr), E_INVALIDARG));
 }
 
-#if !defined(_WIN32)  // Windows takes the user's locale from the system
-TEST(DateText, TheUserDefaultsFollowTheEnvironment) {
-    ScopedEnv time("LC_TIME", nullptr);
-    ScopedEnv lang("LANG", nullptr);
-    for (const auto& [name, text] : {std::pair<const char*, const char*>{"de_DE.UTF-8", "17.11.2026 20:18:38"},
-                                     {"en_US.UTF-8", "11/17/2026 8:18:38 PM"}, {"C", "11/17/2026 20:18:38"}}) {
-        ScopedEnv all("LC_ALL", name);
-        for (LCID lcid : {LCID(0), LOCALE_USER_DEFAULT, LOCALE_SYSTEM_DEFAULT})
-            EXPECT_EQ(Render(kEvening, lcid), text) << name << " lcid " << lcid;
-        EXPECT_EQ(Render(kEvening, kDe), "17.11.2026 20:18:38") << "0x407 is German whatever the user's locale";
-    }
-}
-#endif
-
 // Rows marked as the stand-ins' describe where their parser is stricter or
 // more lenient than the system's (as Wine provides it).
 constexpr bool kStandIns = true;
@@ -109,17 +90,14 @@ TEST(DateText, ParserAcceptsTheseFormsAndRejectsWhatItCannotJustify) {
     const auto time = [](WORD h, WORD mi, WORD s) { return DateOf(1899, 12, 30, h, mi, s); };
     const struct { const char* text; LCID lcid; double value; ULONG flags = 0; bool standInsOnly = false; } rows[] = {
         {"17.11.2026 20:18", kDe, eight},              {"  17.11.2026\t20:18:38  ", kDe, evening},
-        {"2026-11-17 20:18:38", kDe, evening},         {"2026/11/17", kGb, nov17},
-        {"11/17/2026 8:18:38pm", kUs, evening},        {"11-17-2026", kUs, nov17},
+        {"2026/11/17 20:18:38", kGb, evening},         {"11-17-2026 8:18:38pm", kUs, evening},
         {"12:30 PM", kUs, time(12, 30, 0)},            {"17 November 2026", kUs, nov17},
         {"November 17, 2026 8:00 PM", kUs, DateOf(2026, 11, 17, 20)}, {"Tuesday, November 17, 2026", kUs, nov17},
-        {"1. J\xC3\xA4nner 2026", kAt, DateOf(2026, 1, 1)},  {"17 f\xC3\xA9vr. 2026", kFr, DateOf(2026, 2, 17)},
-        {"29.02.2000", kDe, DateOf(2000, 2, 29)},
+        {"1. J\xC3\xA4nner 2026", kAt, DateOf(2026, 1, 1)},  {"29.02.2000", kDe, DateOf(2000, 2, 29)},
         {"mar 17 2026", kEs, DateOf(2026, 3, 17)},  // "mar" is also Tuesday's abbreviation
         // The value-only flags keep one part; the time of a day before day 0 is still its magnitude.
         {"17.11.2026 20:18:38", kDe, nov17, VAR_DATEVALUEONLY}, {"17.11.2026 20:18:38", kDe, time(20, 18, 38), VAR_TIMEVALUEONLY},
         {"17.11.2026 20:18:38", kDe, nov17, LOCALE_NOUSEROVERRIDE | VAR_DATEVALUEONLY},
-        {"20:18:38", kDe, 0.0, VAR_DATEVALUEONLY}, {"17.11.2026", kDe, 0.0, VAR_TIMEVALUEONLY},
         {"29.12.1899 06:00:00", kDe, 0.25, VAR_TIMEVALUEONLY},
         // Where the stand-ins are more lenient than the system: dots are day first everywhere.
         {"17.11.2026 20:18:38", kUs, evening, 0, kStandIns},  {"2026-11-17T20:18:38", kNl, evening, 0, kStandIns},
@@ -129,16 +107,14 @@ TEST(DateText, ParserAcceptsTheseFormsAndRejectsWhatItCannotJustify) {
         {"31.02.2026", kDe, kNo}, {"29.02.2100", kDe, kNo}, {"12:60", kDe, kNo}, {"12:00:60", kDe, kNo},
         {"31.12.9999 24:00", kDe, kNo},
         // Missing, extra or run-together parts.
-        {"", kDe, kNo}, {"abc", kDe, kNo}, {"17.11.", kDe, kNo}, {"17.11.20261", kDe, kNo}, {"17.11.2026 x", kDe, kNo},
-        {"17.11.2026 20", kDe, kNo}, {"17.11.202620:18", kDe, kNo}, {"AM 8:00 PM", kUs, kNo}, {"20:18:38.5", kDe, kNo},
-        {"2026-11-17T", kDe, kNo}, {"17.11.2026T20:18", kDe, kNo},
+        {"", kDe, kNo}, {"abc", kDe, kNo}, {"17.11.", kDe, kNo}, {"17.11.20261", kDe, kNo}, {"17.11.2026 20", kDe, kNo},
+        {"AM 8:00 PM", kUs, kNo}, {"20:18:38.5", kDe, kNo}, {"2026-11-17T", kDe, kNo}, {"17.11.2026T20:18", kDe, kNo},
         // Names: the wrong weekday, another language's month, a longer word.
         {"Monday, 17.11.2026", kDe, kNo}, {"17 Novembre 2026", kUs, kNo}, {"Novemberr 17, 2026", kUs, kNo},
         // Where the stand-ins are stricter than the system.
-        {"17.11", kDe, kNo, 0, kStandIns}, {"17.11.26", kDe, kNo, 0, kStandIns}, {"17/11/2026", kUs, kNo, 0, kStandIns},
-        {"2026-13-01", kDe, kNo, 0, kStandIns}, {"17.11-2026", kDe, kNo, 0, kStandIns}, {"0:30 AM", kUs, kNo, 0, kStandIns},
-        {"13:00 PM", kUs, kNo, 0, kStandIns}, {"Dienstag 20:18", kDe, kNo, 0, kStandIns},
-        {"01.01.0099", kDe, kNo, 0, kStandIns},
+        {"17.11.26", kDe, kNo, 0, kStandIns},   {"17/11/2026", kUs, kNo, 0, kStandIns}, {"2026-13-01", kDe, kNo, 0, kStandIns},
+        {"17.11-2026", kDe, kNo, 0, kStandIns}, {"0:30 AM", kUs, kNo, 0, kStandIns},    {"13:00 PM", kUs, kNo, 0, kStandIns},
+        {"Dienstag 20:18", kDe, kNo, 0, kStandIns}, {"01.01.0099", kDe, kNo, 0, kStandIns},
     };
     for (const auto& r : rows) {
         if (r.standInsOnly && !varion::test::kStandInServices) continue;

@@ -21,17 +21,15 @@ namespace {
 TEST(RuntimeNumber, ReadDoubleWithTheGivenSeparators) {
     const double inf = std::numeric_limits<double>::infinity();
     const std::string longDigits(300, '1');  // beyond the stack buffer
-    const std::string longFraction = "0," + std::string(400, '0') + "1";
     const struct { std::string text; const OLECHAR* separators; std::size_t consumed; double value; } rows[] = {
         {"5,25", OLESTR(","), 4, 5.25},   {"5.25", OLESTR(","), 1, 5.0},  // "." is no separator in German
         {"5.25", OLESTR(".,"), 4, 5.25},  {"  -1,5e2", OLESTR(","), 8, -150.0}, {"+,5", OLESTR(","), 3, 0.5},
-        {"5,", OLESTR(","), 2, 5.0},      {",", OLESTR(","), 0, 0.0},     {"-", OLESTR(","), 0, 0.0},
-        {"1e+", OLESTR(","), 1, 1.0},     {"1E-2x", OLESTR(","), 4, 0.01},  {"1,2,3", OLESTR(","), 3, 1.2},
-        {"-1e999", OLESTR("."), 6, -inf}, {"1e-999", OLESTR("."), 6, 0.0}, {"0,001e310", OLESTR(","), 9, 1e307},
+        {"5,", OLESTR(","), 2, 5.0},      {",", OLESTR(","), 0, 0.0},     {"1e+", OLESTR(","), 1, 1.0},
+        {"1E-2x", OLESTR(","), 4, 0.01},  {"-1e999", OLESTR("."), 6, -inf}, {"0,001e310", OLESTR(","), 9, 1e307},
         {"0,00001e400", OLESTR(","), 11, inf},  // beyond the range through the exponent
         {"-1000e-400", OLESTR(","), 10, -0.0},  // below it
         {"inf", OLESTR("."), 0, 0.0},     {"0x10", OLESTR("."), 1, 0.0},
-        {longDigits + ",5", OLESTR(","), 302, 1.1111111111111111e299}, {longFraction, OLESTR(","), 403, 0.0},
+        {longDigits + ",5", OLESTR(","), 302, 1.1111111111111111e299},
     };
     for (const auto& r : rows) {
         double value = -7.0;

@@ -2,6 +2,7 @@
 // library's strftime in the "C" locale over many dates, the cases the two
 // treat differently, unusable patterns and the 255-character limit.
 #include "guarded.h"
+#include "platform/calendar.h"
 #include "platform/strftime.h"
 
 #include <gtest/gtest.h>
@@ -11,6 +12,7 @@
 #include <string>
 #include <vector>
 
+using varion::detail::DayFromCivil;
 using varion::detail::FormatStatus;
 using varion::detail::FormatTime;
 using varion::detail::kTimeBufferSize;
@@ -25,13 +27,10 @@ Outcome Render(const std::string& pattern, const std::tm& t, std::size_t capacit
     });
 }
 
-// The broken-down UTC time of a civil date (proleptic Gregorian) and a second of the day.
-std::tm At(long long y, unsigned m, unsigned d, int second = 0) {
-    y -= m <= 2;
-    const long long era = (y >= 0 ? y : y - 399) / 400;
-    const auto yoe = static_cast<unsigned>(y - era * 400);
-    const unsigned doe = yoe * 365 + yoe / 4 - yoe / 100 + (153 * (m > 2 ? m - 3 : m + 9) + 2) / 5 + d - 1;
-    const auto when = static_cast<std::time_t>((era * 146097 + doe - 719468) * 86400 + second);
+// The broken-down UTC time of a civil date (a day past the month's end rolls
+// on) and a second of the day; day 25569 is 1970-01-01.
+std::tm At(long long y, int m, int d, int second = 0) {
+    const auto when = static_cast<std::time_t>((DayFromCivil(y, m, 1) + d - 1 - 25569) * 86400 + second);
     const std::tm* t = std::gmtime(&when);
     return t != nullptr ? *t : std::tm{};
 }
@@ -58,9 +57,9 @@ TEST(FormatTime, EveryDirectiveMatchesTheCLibraryInTheCLocale) {
     // A spread over the years 1000 to 9999 at varied times of day, the turn
     // of every year from 1995 to 2035 (where the week numbers change) and
     // every hour of one day (12-hour clock and AM/PM).
-    for (unsigned day = 0; day < 3287181; day += 997) dates.push_back(At(1000, 1, 1 + day, int(day * 7919ULL % 86400)));
-    for (unsigned year = 1995; year <= 2035; ++year)
-        for (unsigned day = 24; day <= 39; ++day) dates.push_back(At(year, 12, day, int(day % 24) * 3600 + 59));
+    for (int day = 0; day < 3287181; day += 997) dates.push_back(At(1000, 1, 1 + day, int(day * 7919LL % 86400)));
+    for (int year = 1995; year <= 2035; ++year)
+        for (int day = 24; day <= 39; ++day) dates.push_back(At(year, 12, day, day % 24 * 3600 + 59));
     for (int hour = 0; hour < 24; ++hour) dates.push_back(At(2026, 11, 17, hour * 3600 + 61));
     int failures = 0;
     for (const std::tm& t : dates) {
@@ -114,9 +113,7 @@ TEST(FormatTime, TwoHundredFiftyFiveCharactersFitAndOneMoreDoesNot) {
         EXPECT_EQ(got.status, l.length <= 255 ? FormatStatus::Ok : FormatStatus::Overflow) << l.length;
         EXPECT_EQ(got.text.size(), l.length <= 255 ? l.length : 0) << l.length;
     }
-    OLECHAR one = OLECHAR(0xBEEF);
-    EXPECT_EQ(FormatTime(OLESTR("%Y"), t, &one, 0).status, FormatStatus::Overflow);
-    EXPECT_EQ(one, OLECHAR(0xBEEF));
+    EXPECT_EQ(Render("%Y", t, 0).status, FormatStatus::Overflow);  // the guard checks nothing was written
     EXPECT_EQ(FormatTime(OLESTR("%Y"), t, nullptr, 10).status, FormatStatus::Overflow);
 }
 

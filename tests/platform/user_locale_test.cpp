@@ -11,6 +11,7 @@
 #include <cstring>
 #include <string>
 
+using varion::detail::LocaleFromLcid;
 using varion::detail::UserLocale;
 using varion::test::ScopedEnv;
 
@@ -46,6 +47,14 @@ TEST(UserLocaleName, TheFirstNonEmptyOfThreeVariablesNamesTheRow) {
     EXPECT_EQ(UserRow(), "fr-FR");
     ScopedEnv byAll("LC_ALL", "de_DE.UTF-8");
     EXPECT_EQ(UserRow(), "de-DE");
+}
+
+// The default identifiers take the user's row; a given identifier is its own row whatever the user's.
+TEST(UserLocaleName, TheDefaultIdentifiersFollowTheEnvironment) {
+    const auto row = [](LCID lcid) { return LocaleFromLcid(lcid) != nullptr ? LocaleFromLcid(lcid)->name : "<none>"; };
+    ScopedEnv all("LC_ALL", "fr_FR.UTF-8");
+    for (LCID lcid : {LCID(0), LOCALE_USER_DEFAULT, LOCALE_SYSTEM_DEFAULT}) EXPECT_STREQ(row(lcid), "fr-FR") << lcid;
+    EXPECT_STREQ(row(0x0407), "de-DE");
 }
 
 TEST(UserLocaleName, EveryChangeIsSeenWhateverWasRemembered) {
