@@ -53,9 +53,6 @@ TEST(DateText, EachTypeReadsWithItsOwnParser) {
         {" 17.03.2023 12:00:00 ", VTX_DATETIME, 0, VT_DATE, kNoon17March2023},
         {"pt90.5s", VTX_ISO_DURATION, 0, VTX_ISO_DURATION, 90500 * kMs},
         {"not a date", VT_DATE, -2, VT_BSTR, 0},
-        {"-1:00", VTX_DURATION, -2, VT_BSTR, 0},
-        {"P1D", VTX_ISO_DURATION, -2, VT_BSTR, 0},
-        {"2026-02-30", VTX_ISO_DATETIME, -2, VT_BSTR, 0},
     };
     for (const auto& c : cases) {
         CVarion v(c.text);
