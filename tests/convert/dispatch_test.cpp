@@ -7,7 +7,6 @@
 
 #include <limits>
 #include <optional>
-#include <sstream>
 #include <utility>
 #include <vector>
 
@@ -19,13 +18,9 @@ constexpr VARTYPE kBytes = VT_ARRAY | VT_UI1;
 
 // The content of a value, read from its bytes, not through conversions.
 std::string Content(const CVarion& v) {
-    std::ostringstream s;
     if (v.GetType() == VT_BSTR) return StringOf(v);
-    if (v.GetType() == kBytes)
-        for (const char b : ArrayBytes(v)) s << +static_cast<unsigned char>(b) << ';';
-    else if (!std::isnan(NumberOf(v)))
-        s << static_cast<double>(NumberOf(v));
-    return s.str();
+    if (v.GetType() == kBytes) return ArrayBytes(v);
+    return std::isnan(NumberOf(v)) ? "" : std::to_string(static_cast<double>(NumberOf(v)));
 }
 
 // An empty value becomes the zero value of the new type; a byte array
@@ -34,18 +29,11 @@ std::string Content(const CVarion& v) {
 // arrays and the route-free refusals are decided by the sweep below.)
 TEST(Dispatch, FromEmptyAndFromByteArrays) {
     const CVarion empty, bytes = ByteArray("\x05");
-    const struct {
-        const CVarion& source;
-        VARTYPE target;
-        long code;
-        VARTYPE type;  // afterwards
-        const char* content;
-    } cells[] = {
-        // clang-format off
-        {empty, VT_I4, 0, VT_I4, "0"},     {empty, VT_BSTR, 0, VT_BSTR, ""},     {empty, VTX_DATETIME, 0, VTX_DATETIME, "0"},
-        {empty, kBytes, 0, kBytes, ""},    {bytes, VT_I4, -2, kBytes, "5;"},     {bytes, VT_BSTR, 0, VT_BSTR, "0x05"},
-        {bytes, VT_DATE, -2, kBytes, "5;"},
-        // clang-format on
+    // Each source, the type asked for, the result code, the type and content afterwards.
+    const struct { const CVarion& source; VARTYPE target; long code; VARTYPE type; std::string content; } cells[] = {
+        {empty, VT_I4, 0, VT_I4, "0.000000"}, {empty, VT_BSTR, 0, VT_BSTR, ""}, {empty, kBytes, 0, kBytes, ""},
+        {empty, VTX_DATETIME, 0, VTX_DATETIME, "0.000000"}, {bytes, VT_I4, -2, kBytes, "\x05"},
+        {bytes, VT_BSTR, 0, VT_BSTR, "0x05"}, {bytes, VT_DATE, -2, kBytes, "\x05"},
     };
     for (const auto& cell : cells) {
         CVarion v(cell.source);

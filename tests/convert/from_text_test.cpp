@@ -91,12 +91,8 @@ TEST(TextToValue, EveryRuleOnItsTexts) {
 // A string value is read up to its first zero code unit (a null string is
 // the empty text), by SetType and by the conversion operator.
 TEST(TextToValue, AStringIsReadUpToItsFirstZero) {
-    const struct {
-        std::optional<OleString> text;  // nullopt: a null string
-        VARTYPE target;
-        double value;  // 0 also when refused
-        bool converts;
-    } cases[] = {
+    // A text of nullopt is a null string; a refused text has the value 0.
+    const struct { std::optional<OleString> text; VARTYPE target; double value; bool converts; } cases[] = {
         {std::nullopt, VT_R8, 0.0, true}, {OleString(OLESTR("12.5\0" "7"), 6), VT_R8, 12.5, true},
         {OleString(OLESTR("\0" "12"), 3), VT_R8, 0.0, true}, {OleString(OLESTR("x\0" "12"), 4), VT_R8, 0.0, false},
         {OleString(OLESTR("12\0" "3"), 4), VT_I4, 12.0, true},
