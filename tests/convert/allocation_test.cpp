@@ -57,11 +57,9 @@ TEST(ConversionAllocations, NumbersAndDatesConvertWithoutAllocating) {
 }
 
 TEST(ConversionAllocations, NumberTextsAllocateOnlyTheNewString) {
-    const struct {
-        const char* text;
-        VARTYPE target;
-    } parses[] = {{"12,5", VT_R8}, {" -1234.5678e-3 ", VT_R4}, {"0x7FFF", VT_I2}, {"2.5", VT_I4},
-                  {"inf", VT_R8},  {"18446744073709551615", VT_UI8}, {"true", VT_BOOL}};
+    const struct { const char* text; VARTYPE target; } parses[] = {
+        {"12,5", VT_R8}, {" -1234.5678e-3 ", VT_R4}, {"0x7FFF", VT_I2}, {"2.5", VT_I4}, {"inf", VT_R8},
+        {"18446744073709551615", VT_UI8}, {"true", VT_BOOL}};
     for (const auto& c : parses) {
         CVarion v(c.text);
         const long before = AllocationCount();

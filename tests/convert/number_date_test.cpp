@@ -28,7 +28,6 @@ std::vector<DateCase> DateCases() {
         {"DATE to I1 is out of range", Raw(VT_DATE, 45002.5), VT_I1, -2, 45002.5},
         {"DATETIME to ISO_DATETIME", Raw(VTX_DATETIME, 45002.75), VTX_ISO_DATETIME, 0, 45002.75},
         // Durations count whole milliseconds (or 1/32 ms), rounded away from zero.
-        {"DURATION 1.5 d to I8", Raw(VTX_DURATION, 1.5), VT_I8, 0, 129600000.0},
         {"DURATION 31 ms to I4", Raw(VTX_DURATION, k31ms), VT_I4, 0, 31.0},
         {"DURATION -31 ms to I4", Raw(VTX_DURATION, -k31ms), VT_I4, 0, -31.0},
         {"DURATION_MSF 1 ms to I4", Raw(VTX_DURATION_MSF, 1.0 / 86400000.0), VT_I4, 0, 32.0},
@@ -40,8 +39,6 @@ std::vector<DateCase> DateCases() {
         {"R8 1e19 to DURATION", CVarion(1e19), VTX_DURATION, -2, 1e19},
         // Composed: durations read the other's count in their own unit.
         {"DURATION 1 d to DURATION_MSF", Raw(VTX_DURATION, 1.0), VTX_DURATION_MSF, 0, 0.03125},
-        {"DURATION to ISO_DURATION keeps ms", Raw(VTX_DURATION, 1.5 + 7.0 / 86400000.0), VTX_ISO_DURATION, 0,
-         129600007.0 / 86400000.0},
         {"DATE to DURATION reads days as ms", Raw(VT_DATE, 3.5), VTX_DURATION, 0, 2.0 / 86400000.0},
         {"DURATION to DATE reads ms as days", Raw(VTX_DURATION, 3.0 / 86400000.0), VT_DATE, 0, 5.0},
     };

