@@ -177,7 +177,9 @@ def budgets(results, counts):
         elif v is None or p is None:
             rows.append((what, op, "missing", False))
         else:
-            rows.append((what, op, f"{peer} / varion = {ratio(p / v)}", p / v >= at_least))
+            # "At least 15x faster" includes 15x; plain "faster" (at_least 1) excludes a tie.
+            met = p / v >= at_least if at_least > 1 else p / v > 1
+            rows.append((what, op, f"{peer} / varion = {ratio(p / v)}", met))
 
     def within(family, op, floor, at_most, what):
         v = time_of(results, family, op, VARION)
